@@ -1,0 +1,143 @@
+#include "gpu/TiledRunner.h"
+#include "gpu/GPUImageOpenGLESContext.h"
+#include "gpu/GPUImageRawDataInput.h"
+
+#include <cmath>
+#include <cstring>
+#include <memory>
+
+namespace TiledRunner
+{
+namespace
+{
+Tile makeTile(int column, int row, int width, int height, int tile, int p)
+{
+    Tile t;
+    t.column = column;
+    t.row = row;
+    const int tileLeft = tile * column, tileTop = tile * row;
+    const int tileRight = std::min((column + 1) * tile - 1, width - 1);
+    const int tileBottom = std::min((row + 1) * tile - 1, height - 1);
+    if (p > 0)
+    {
+        const int left = std::max(0, tileLeft - p);
+        const int top = std::max(0, tileTop - p);
+        const int right = std::min(p - 1 + (column + 1) * tile, width - 1);
+        const int bottom = std::min(p - 1 + (row + 1) * tile, height - 1);
+        t.outer = { left, top, right - left + 1, bottom - top + 1 };
+        t.insetLeft = tileLeft - left;
+        t.insetTop = tileTop - top;
+        t.insetRight = right - tileRight;
+        t.insetBottom = bottom - tileBottom;
+    }
+    else
+        t.outer = { tileLeft, tileTop, tileRight - tileLeft + 1, tileBottom - tileTop + 1 };
+    return t;
+}
+
+// Uploads one tile, runs the chain, and writes the tile's inner part back into the image.
+void runTile(SxImageRgbaBytes& image, const SxImageRgbaBytes& tilePixels, const Tile& tile, GPUImageInput& first, GPUImageOutput& last)
+{
+    auto input = std::make_unique<GPUImageRawDataInput>();
+    input->uploadBytes(tilePixels.pixels, { (float) tilePixels.width, (float) tilePixels.height });
+    input->addTarget(&first, 0);
+    input->processData();
+
+    int stride = 0;
+    const uint8_t* result = last.readPixels(stride);
+    const auto inner = tile.inner();
+    const auto size = last.outputFrameSize();
+    if (result != nullptr && (int) size.width == tilePixels.width && (int) size.height == tilePixels.height)
+    {
+        for (int y = 0; y < inner.getHeight(); ++y)
+            std::memcpy(image.pixelAt(inner.getX(), inner.getY() + y),
+                        result + (size_t) (tile.insetTop + y) * (size_t) stride + (size_t) tile.insetLeft * 4,
+                        (size_t) inner.getWidth() * 4);
+    }
+    last.releaseReadPixels();
+    input->destroy();
+}
+
+int tileSizeNow()
+{
+    return std::min(2000, GPUImageOpenGLESContext::sharedImageProcessingContext().maximumTileSize());
+}
+} // namespace
+
+std::vector<Tile> planTiles(int width, int height, int tileSize, float padding)
+{
+    std::vector<Tile> tiles;
+    if (width <= 0 || height <= 0 || tileSize <= 0)
+        return tiles;
+    const int columns = (width + tileSize - 1) / tileSize;
+    const int rows = (height + tileSize - 1) / tileSize;
+    const int p = padding > 0.0f ? (int) padding : 0;
+    for (int c = 0; c < columns; ++c)
+        for (int r = 0; r < rows; ++r)
+            tiles.push_back(makeTile(c, r, width, height, tileSize, p));
+    return tiles;
+}
+
+void run(SxImageRgbaBytes& image, GPUImageInput& firstFilter, GPUImageOutput& lastFilter, float padding)
+{
+    ScopedGLContext scoped;
+    if (!scoped.isValid())
+        return;
+
+    const auto tiles = planTiles(image.width, image.height, tileSizeNow(), padding);
+    if (tiles.size() == 1)
+    {
+        runTile(image, image, tiles.front(), firstFilter, lastFilter);
+        return;
+    }
+
+    // Tiles are written back as they finish, so cut-outs come from an untouched copy.
+    const SxRef<SxImageRgbaBytes> source = SxRef<SxImageRgbaBytes>::adopt(image.clone());
+    for (const auto& tile : tiles)
+    {
+        SxImageRgbaBytes cut(tile.outer.getWidth(), tile.outer.getHeight());
+        cut.copyOutRect(*source, cut.bounds(), tile.outer);
+        runTile(image, cut, tile, firstFilter, lastFilter);
+    }
+}
+
+void runWithSecondImage(SxImageRgbaBytes& image, const SxImageRgbaBytes& second, float padding,
+                        const std::function<TileChain(const SxImageRgbaBytes& secondTile)>& buildChain)
+{
+    ScopedGLContext scoped;
+    if (!scoped.isValid() || image.width <= 0 || second.width <= 0)
+        return;
+
+    const int tileSize = tileSizeNow();
+    const double ratio = (double) second.width / (double) image.width;
+    const int secondTileSize = std::max(1, (int) (tileSize * ratio));
+    const int secondPadding = (int) (std::max(0.0f, padding) * ratio);
+
+    const auto tiles = planTiles(image.width, image.height, tileSize, padding);
+    const bool single = tiles.size() == 1;
+    const SxRef<SxImageRgbaBytes> source = SxRef<SxImageRgbaBytes>::adopt(single ? nullptr : image.clone());
+
+    for (const auto& tile : tiles)
+    {
+        const Tile secondTile = makeTile(tile.column, tile.row, second.width, second.height, secondTileSize, secondPadding);
+        const auto secondRect = secondTile.outer.getIntersection(second.bounds());
+        SxImageRgbaBytes secondCut(std::max(1, secondRect.getWidth()), std::max(1, secondRect.getHeight()));
+        secondCut.copyOutRect(second, secondCut.bounds(), secondRect);
+
+        TileChain chain = buildChain(secondCut);
+        if (chain.first != nullptr && chain.last != nullptr)
+        {
+            if (single)
+                runTile(image, image, tile, *chain.first, *chain.last);
+            else
+            {
+                SxImageRgbaBytes cut(tile.outer.getWidth(), tile.outer.getHeight());
+                cut.copyOutRect(*source, cut.bounds(), tile.outer);
+                runTile(image, cut, tile, *chain.first, *chain.last);
+            }
+        }
+        if (chain.finished)
+            chain.finished();
+    }
+}
+} // namespace TiledRunner
