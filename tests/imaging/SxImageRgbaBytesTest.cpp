@@ -1,4 +1,5 @@
 #include "imaging/ImageRGBAPixelData.h"
+#include "imaging/SxImageCache.h"
 #include "imaging/SxImageAlphaByte.h"
 #include "imaging/SxImageRgbaBytes.h"
 #include "imaging/SxImageRgbaFloat.h"
@@ -173,4 +174,20 @@ TEST(SxImageRgbaFloat, BytesSurviveTheFloatForm)
     auto floats = SxRef<SxImageRgbaFloat>::adopt(SxImageRgbaFloat::fromBytes(image));
     auto back = SxRef<SxImageRgbaBytes>::adopt(floats->toBytes());
     EXPECT_EQ(TestImages::maxDifference(image, *back), 0);
+}
+
+TEST(SxImageCache, KeepsOneImageANameAndReleasesWhatItDrops)
+{
+    bool firstDeleted = false, secondDeleted = false;
+    {
+        SxColorImageCache cache;
+        cache.add("brush", new CountedImage(4, 4, firstDeleted));
+        EXPECT_NE(cache.find("brush"), nullptr);
+        EXPECT_EQ(cache.find("other"), nullptr);
+        cache.add("brush", new CountedImage(8, 8, secondDeleted)); // replaces and releases the old one
+        EXPECT_TRUE(firstDeleted);
+        EXPECT_EQ(cache.find("brush")->width, 8);
+        EXPECT_EQ(cache.size(), 1u);
+    }
+    EXPECT_TRUE(secondDeleted);
 }
