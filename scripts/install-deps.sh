@@ -8,7 +8,7 @@ packages=(
   juce-modules-source juce-tools
   libfreetype-dev libfontconfig1-dev libx11-dev libxrandr-dev libxinerama-dev libxcursor-dev libxext-dev
   libegl-dev libgles-dev libegl-mesa0 libgl1-mesa-dri
-  libtiff-dev libjpeg62-turbo-dev libpng-dev liblcms2-dev zlib1g-dev libsqlite3-dev
+  libtiff-dev libjpeg62-turbo-dev libpng-dev liblodepng-dev liblcms2-dev zlib1g-dev libsqlite3-dev
   libgtest-dev googletest
   xvfb xauth xdotool x11-utils imagemagick libtiff-tools
 )
