@@ -1,5 +1,6 @@
 #include "imaging/SxImageRgbaBytes.h"
 #include "imaging/ImageScaling.h"
+#include "imaging/SxImageAlphaByte.h"
 
 #include <algorithm>
 #include <cstring>
@@ -138,6 +139,30 @@ void SxImageRgbaBytes::compositeOver(const SxImageRgbaBytes& source, juce::Recta
             for (int c = 1; c < 4; ++c)
                 d[c] = (uint8_t) ((double) (s[c] * sA + d[c] * a2) / (double) outA);
             d[0] = (uint8_t) outA;
+        }
+    }
+}
+
+void SxImageRgbaBytes::compositeWithMask(const SxImageRgbaBytes& source, const SxImageAlphaByte& mask, juce::Rectangle<int> rect)
+{
+    if (rect.isEmpty())
+        rect = bounds();
+    rect = rect.getIntersection(bounds()).getIntersection(source.bounds()).getIntersection({ 0, 0, mask.width, mask.height });
+    for (int y = rect.getY(); y < rect.getBottom(); ++y)
+    {
+        const uint8_t* s = source.pixelAt(rect.getX(), y);
+        const uint8_t* m = mask.pixelAt(rect.getX(), y);
+        uint8_t* d = pixelAt(rect.getX(), y);
+        for (int x = 0; x < rect.getWidth(); ++x, s += 4, d += 4, ++m)
+        {
+            const int u = (*m * s[0]) / 255; // the source's coverage through the mask
+            if (u == 0)
+                continue;
+            const double a = (double) ((255 - d[0]) * u) / 255.0 + d[0];
+            const double rest = a - u;
+            for (int c = 1; c < 4; ++c)
+                d[c] = (uint8_t) ((s[c] * u + d[c] * rest) / a + 0.5);
+            d[0] = (uint8_t) a;
         }
     }
 }

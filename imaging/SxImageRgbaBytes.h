@@ -50,6 +50,10 @@ public:
     /** Straight-alpha "over" of source onto this image, within rect (clipped to both). */
     void compositeOver(const SxImageRgbaBytes& source, juce::Rectangle<int> rect);
 
+    /** Lays source over this image through a mask (0 keeps this image, 255 shows source),
+        weighting the source's alpha by the mask byte. An empty rect means the whole image. */
+    void compositeWithMask(const SxImageRgbaBytes& source, const SxImageAlphaByte& mask, juce::Rectangle<int> rect = {});
+
     void clear();
 
     uint8_t* pixels = nullptr;

@@ -191,3 +191,36 @@ TEST(SxImageCache, KeepsOneImageANameAndReleasesWhatItDrops)
     }
     EXPECT_TRUE(secondDeleted);
 }
+
+TEST(SxImageRgbaBytes, CompositeWithMaskBlendsByTheMaskAndOnlyInTheRectangle)
+{
+    SxImageRgbaBytes dest(4, 1), source(4, 1);
+    SxImageAlphaByte mask(4, 1);
+    for (int x = 0; x < 4; ++x)
+    {
+        setPixel(dest, x, 0, 255, 200, 100, 0);
+        setPixel(source, x, 0, 255, 0, 50, 250);
+    }
+    const uint8_t levels[4] = { 0, 255, 128, 255 };
+    std::memcpy(mask.pixels, levels, 4);
+
+    dest.compositeWithMask(source, mask, { 0, 0, 3, 1 }); // the last pixel lies outside
+    EXPECT_EQ(std::vector<uint8_t>(dest.pixelAt(0, 0), dest.pixelAt(0, 0) + 4), (std::vector<uint8_t> { 255, 200, 100, 0 }));
+    EXPECT_EQ(std::vector<uint8_t>(dest.pixelAt(1, 0), dest.pixelAt(1, 0) + 4), (std::vector<uint8_t> { 255, 0, 50, 250 }));
+    // Half the mask on opaque pixels: a plain mix by 128 / 255.
+    const double w = 128.0 / 255.0;
+    EXPECT_NEAR(dest.pixelAt(2, 0)[1], 200 * (1 - w), 1.0);
+    EXPECT_NEAR(dest.pixelAt(2, 0)[3], 250 * w, 1.0);
+    EXPECT_EQ(dest.pixelAt(3, 0)[1], 200);
+
+    // A full mask over an opaque source gives exactly the source, whatever was below.
+    SxImageRgbaBytes below(8, 8), photo(8, 8);
+    TestImages::fillRandom(below);
+    TestImages::fillRandom(photo, 99);
+    for (size_t i = 0; i < photo.byteCount(); i += 4)
+        photo.pixels[i] = 255;
+    SxImageAlphaByte full(8, 8);
+    full.fill(255);
+    below.compositeWithMask(photo, full);
+    EXPECT_EQ(TestImages::maxDifference(below, photo), 0);
+}
