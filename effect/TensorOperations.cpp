@@ -1,0 +1,142 @@
+#include "effect/TensorOperations.h"
+#include "gpu/FilterChain.h"
+#include "gpu/GPUImageAnisotropicSmooth.h"
+#include "gpu/GPUImageBlurTensors.h"
+#include "gpu/GPUImageGaussianBlur.h"
+#include "gpu/GPUImageGetTensors.h"
+#include "gpu/GPUImageGetTensorsAngle.h"
+#include "gpu/GPUImageLabToRGBColorConversion.h"
+#include "gpu/GPUImageMotionBlur.h"
+#include "gpu/GPUImageOpenGLESContext.h"
+#include "gpu/GPUImageRGBToLabColorConversion.h"
+#include "gpu/GPUImageUnsharpMaskChannelFilter.h"
+#include "gpu/GPUImageUnsharpMaskFilter.h"
+#include "gpu/TiledRunner.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace EffectOperations
+{
+juce::Point<int> tensorFieldSize(int width, int height)
+{
+    // Fitted in integers against 999 and then one added, so the long side is always 1000.
+    constexpr int fit = 999;
+    if (width <= 0 || height <= 0)
+        return { 0, 0 };
+    if (width >= height)
+        return { fit + 1, (int) ((int64_t) height * fit / width) + 1 };
+    return { (int) ((int64_t) width * fit / height) + 1, fit + 1 };
+}
+
+void computeTensorField(SxImageRgbaBytes& image, float preBlurSigma, float tensorBlur, bool keepFullSize)
+{
+    if (image.width <= 0 || image.height <= 0)
+        return;
+    if (!keepFullSize)
+    {
+        const auto size = tensorFieldSize(image.width, image.height);
+        if (size.x != image.width || size.y != image.height)
+            image.resize(size.x, size.y, 1);
+    }
+    const float sizeFactor = (float) std::max(image.width, image.height) * 0.0009765625f;
+
+    ScopedGLContext scoped;
+    if (!scoped.isValid())
+        return;
+    FilterChain chain;
+    std::vector<GPUImageOutput*> sequence;
+
+    if (preBlurSigma > 0.0f)
+    {
+        auto* blur = chain.make<GPUImageGaussianBlur>();
+        if (!blur->init(preBlurSigma, 2))
+            return;
+        sequence.push_back(blur);
+    }
+
+    auto* tensors = chain.make<GPUImageGetTensors>();
+    tensors->useProgramCache = true;
+    auto* blurTensors = chain.make<GPUImageBlurTensors>();
+    blurTensors->useProgramCache = true;
+    auto* angle = chain.make<GPUImageGetTensorsAngle>();
+    if (!tensors->init() || !blurTensors->init() || !angle->init())
+        return;
+    if (tensorBlur <= 12.0f)
+    {
+        blurTensors->setBlurSpread(tensorBlur * 0.125f);
+        blurTensors->setPasses(1);
+    }
+    else
+    {
+        // Beyond twelve the taps would spread too far apart; repeats widen the blur instead.
+        blurTensors->setBlurSpread(tensorBlur / 20.0f);
+        blurTensors->setPasses((int) (tensorBlur / 10.0f + 1.0f));
+    }
+    sequence.push_back(tensors);
+    sequence.push_back(blurTensors);
+    sequence.push_back(angle);
+
+    for (size_t i = 0; i + 1 < sequence.size(); ++i)
+        sequence[i]->addTarget(dynamic_cast<GPUImageInput*>(sequence[i + 1]), 0);
+    TiledRunner::run(image, *sequence.front(), *sequence.back(), (2.0f * tensorBlur + 5.0f) * sizeFactor);
+}
+
+void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
+                      float smoothLength, float blurLength, float angle, float sharpenRadius, float sharpenAmount,
+                      float lightRadius, float lightAmount, float scale)
+{
+    if (source.width <= 0 || source.height <= 0 || tensors.width <= 0 || result.width != source.width
+        || result.height != source.height)
+        return;
+    if (result.pixels != source.pixels)
+        std::memcpy(result.pixels, source.pixels, source.byteCount());
+
+    // The chain of several filters reaches further than its longest member; 2.1 covers the sum.
+    float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
+    // The field's tiles are cut at padding × ratio, truncated. Rounding the padding up to a whole
+    // number of field texels keeps both cuts on the same spot (exactly so when the ratio is a
+    // simple fraction), so the walk reads the same field in every tile.
+    const float ratio = (float) tensors.width / (float) source.width;
+    if (ratio > 0.0f && ratio < 1.0f)
+        padding = std::ceil(std::ceil(padding) * ratio) / ratio;
+
+    ScopedGLContext scoped;
+    if (!scoped.isValid())
+        return;
+    std::unique_ptr<FilterChain> chain;
+    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile) {
+        chain = std::make_unique<FilterChain>();
+        TiledRunner::TileChain built;
+        built.finished = [&chain] { chain.reset(); };
+
+        auto* smooth = chain->make<GPUImageAnisotropicSmooth>();
+        smooth->useProgramCache = true;
+        smooth->compareProgramSource = true;
+        auto* lineBlur = chain->make<GPUImageMotionBlur>();
+        lineBlur->useProgramCache = true;
+        lineBlur->compareProgramSource = true;
+        auto* sharpen = chain->make<GPUImageUnsharpMaskFilter>();
+        sharpen->name = "unSharpMaskFilter1";
+        auto* toLab = chain->make<GPUImageRGBToLabColorConversion>();
+        toLab->useProgramCache = true;
+        auto* light = chain->make<GPUImageUnsharpMaskChannelFilter>();
+        light->name = "unSharpMaskFilter2";
+        auto* toRgb = chain->make<GPUImageLabToRGBColorConversion>();
+        toRgb->useProgramCache = true;
+
+        if (!smooth->init(&tensorTile, smoothLength, scale) || !lineBlur->initFilter(blurLength, 0)
+            || !sharpen->init(sharpenRadius, sharpenAmount) || !toLab->init()
+            || !light->init(lightRadius, lightAmount, 0.0f, 0.0f) || !toRgb->init())
+            return built;
+        lineBlur->setAngle(angle);
+        lineBlur->setPasses(1);
+
+        FilterChain::wire({ smooth, lineBlur, sharpen, toLab, light, toRgb });
+        built.first = smooth;
+        built.last = toRgb;
+        return built;
+    });
+}
+} // namespace EffectOperations

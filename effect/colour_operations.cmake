@@ -1,0 +1,2 @@
+# Sharpening, lighten merge and the final colour stage of the effect.
+target_sources(tornvale_engine PRIVATE ColourOperations.cpp)

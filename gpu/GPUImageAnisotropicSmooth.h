@@ -1,0 +1,26 @@
+#pragma once
+// Smears a picture along a direction field: each pixel averages what a short walk along the
+// field meets. The field (a GPUImageGetTensorsAngle result) is a CPU image uploaded at each draw.
+
+#include "gpu/GPUImageTextureSamplingFilter.h"
+
+class SxImageRgbaBytes;
+
+class GPUImageAnisotropicSmooth : public GPUImageMultiPassTextureSamplingFilter
+{
+public:
+    /** Keeps tensorImage (not owned; it must outlive the draws) and builds the program for a walk
+        of at most `length` steps, each scaled by documentScale. Set the cache flags before. */
+    bool init(const SxImageRgbaBytes* tensorImage, float length, double documentScale);
+
+    /** The longest walk the program is built for: the whole steps of length, at least one. */
+    static int loopBoundFor(float length);
+    /** The program text for a bound and a scale (what init compiles). */
+    static juce::String fragmentSourceFor(int loopBound, double documentScale);
+
+    void renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture) override;
+
+    const SxImageRgbaBytes* tensorImage = nullptr;
+    GLuint tensorTexture = 0;
+    GLint tensorImageTextureUniform = -1;
+};

@@ -1,0 +1,7 @@
+#include "gpu/GPUImageLabToRGBColorConversion.h"
+#include "gpu/ShaderStore.h"
+
+juce::String GPUImageLabToRGBColorConversion::fragmentBody() const
+{
+    return ShaderStore::text("lab_to_rgb.frag");
+}

@@ -1,0 +1,7 @@
+#include "gpu/GPUImageRGBToLabColorConversion.h"
+#include "gpu/ShaderStore.h"
+
+juce::String GPUImageRGBToLabColorConversion::fragmentBody() const
+{
+    return ShaderStore::text("rgb_to_lab.frag");
+}

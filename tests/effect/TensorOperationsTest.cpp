@@ -1,0 +1,110 @@
+// The direction field and stroke pass operations: sizes, and that tiles do not show.
+
+#include "effect/TensorOperations.h"
+#include "gpu/GPUImageGetTensorsAngle.h"
+#include "gpu/GPUImageOpenGLESContext.h"
+#include "support/TestImages.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace
+{
+struct TileLimit
+{
+    explicit TileLimit(int size) { setenv("TORNVALE_MAX_TILE", juce::String(size).toRawUTF8(), 1); }
+    ~TileLimit() { unsetenv("TORNVALE_MAX_TILE"); }
+};
+
+SxRef<SxImageRgbaBytes> photoAt(int width, int height)
+{
+    auto photo = TestImages::photo("chelsea.png");
+    if (photo == nullptr)
+        return {};
+    auto* image = photo->clone();
+    image->resize(width, height, 4);
+    return SxRef<SxImageRgbaBytes>::adopt(image);
+}
+} // namespace
+
+TEST(TensorField, IsComputedAtTheFittedSize)
+{
+    EXPECT_EQ(EffectOperations::tensorFieldSize(100, 50), juce::Point<int>(1000, 500));
+    EXPECT_EQ(EffectOperations::tensorFieldSize(3000, 2000), juce::Point<int>(1000, 667));
+    EXPECT_EQ(EffectOperations::tensorFieldSize(451, 1000), juce::Point<int>(451, 1000));
+    EXPECT_EQ(EffectOperations::tensorFieldSize(7, 7), juce::Point<int>(1000, 1000));
+
+    ScopedGLContext scoped;
+    SxImageRgbaBytes small(100, 50);
+    TestImages::fillRandom(small);
+    EffectOperations::computeTensorField(small, 0.0f, 3.0f, false);
+    EXPECT_EQ(small.width, 1000);
+    EXPECT_EQ(small.height, 500);
+
+    SxImageRgbaBytes kept(120, 80);
+    TestImages::fillRandom(kept);
+    EffectOperations::computeTensorField(kept, 0.0f, 3.0f, true);
+    EXPECT_EQ(kept.width, 120);
+    EXPECT_EQ(kept.height, 80);
+}
+
+TEST(TensorField, TiledEqualsUntiled)
+{
+    ScopedGLContext scoped;
+    const auto photo = photoAt(300, 200);
+    ASSERT_NE(photo.get(), nullptr);
+    // Both sides of the blur rule: one pair of passes, and repeated pairs.
+    for (float tensorBlur : { 7.5f, 25.0f })
+    {
+        SxImageRgbaBytes whole(*photo), tiled(*photo);
+        EffectOperations::computeTensorField(whole, 1.0f, tensorBlur, false);
+        {
+            TileLimit limit(256);
+            EffectOperations::computeTensorField(tiled, 1.0f, tensorBlur, false);
+        }
+        ASSERT_EQ(whole.width, 1000);
+        EXPECT_LE(TestImages::maxDifference(whole, tiled), 2) << tensorBlur;
+
+        // A photo has structure: the field is not flat.
+        float strongest = 0.0f;
+        for (int y = 0; y < whole.height; y += 7)
+            for (int x = 0; x < whole.width; x += 7)
+            {
+                const auto uv = GPUImageGetTensorsAngle::decode(whole.pixelAt(x, y));
+                strongest = std::max(strongest, std::hypot(uv.x, uv.y));
+            }
+        EXPECT_GT(strongest, 0.5f) << tensorBlur;
+    }
+}
+
+TEST(StrokePass, TiledEqualsUntiledAtFullAndHalfFieldSize)
+{
+    ScopedGLContext scoped;
+    const auto photo = photoAt(400, 300);
+    ASSERT_NE(photo.get(), nullptr);
+
+    for (int divisor : { 1, 2 })
+    {
+        SxImageRgbaBytes tensors(*photo);
+        tensors.resize(photo->width / divisor, photo->height / divisor, 4);
+        EffectOperations::computeTensorField(tensors, 1.0f, 7.5f, true);
+
+        // The numbers the effect uses at a scale of 0.5 for the smear and the line blur; the
+        // sharpening stages are left at zero, since they scale up by 1 + amount the one-level
+        // differences that bilinear taps at tile-relative coordinates may round to. The walk can
+        // compound such a level once more, hence 3 rather than the 2 of the single filters.
+        auto pass = [&](SxImageRgbaBytes& result) {
+            EffectOperations::renderStrokePass(result, *photo, tensors, 3.25f, 6.56f, 0.4f, 0.75f, 0.0f, 3.75f, 0.0f, 0.5f);
+        };
+        SxImageRgbaBytes whole(photo->width, photo->height), tiled(photo->width, photo->height);
+        pass(whole);
+        {
+            TileLimit limit(256);
+            pass(tiled);
+        }
+        EXPECT_LE(TestImages::maxDifference(whole, tiled), 3) << divisor;
+        // The pass changed the photo.
+        EXPECT_GT(TestImages::maxDifference(whole, *photo), 30) << divisor;
+    }
+}

@@ -1,0 +1,1 @@
+tornvale_add_test(NAME effect_colour_tests SOURCES ColourOperationsTest.cpp)

@@ -1,0 +1,1 @@
+tornvale_add_test(NAME effect_tensor_tests SOURCES TensorOperationsTest.cpp)

@@ -1,0 +1,3 @@
+tornvale_add_test(NAME gpu_colour_tests SOURCES
+  GPUImageGaussianBlurTest.cpp
+  GPUImageColorConversionTest.cpp)
