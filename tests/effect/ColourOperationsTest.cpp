@@ -10,11 +10,7 @@
 
 namespace
 {
-struct TileLimit
-{
-    explicit TileLimit(int size) { setenv("TORNVALE_MAX_TILE", juce::String(size).toRawUTF8(), 1); }
-    ~TileLimit() { unsetenv("TORNVALE_MAX_TILE"); }
-};
+using TestImages::TileLimit;
 
 const float lumaWeights[4] = { 0.0f, 0.2125f, 0.7154f, 0.0721f };
 

@@ -11,11 +11,7 @@
 
 namespace
 {
-struct TileLimit
-{
-    explicit TileLimit(int size) { setenv("TORNVALE_MAX_TILE", juce::String(size).toRawUTF8(), 1); }
-    ~TileLimit() { unsetenv("TORNVALE_MAX_TILE"); }
-};
+using TestImages::TileLimit;
 
 SxRef<SxImageRgbaBytes> photoAt(int width, int height)
 {

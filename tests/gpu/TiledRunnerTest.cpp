@@ -8,6 +8,8 @@
 
 namespace
 {
+using TestImages::TileLimit;
+
 // Every pixel of the image must be written back by exactly one tile.
 void expectInnerRectsPartition(const std::vector<TiledRunner::Tile>& tiles, int width, int height)
 {
@@ -24,11 +26,6 @@ void expectInnerRectsPartition(const std::vector<TiledRunner::Tile>& tiles, int 
         ASSERT_EQ(c, 1);
 }
 
-struct TileLimit
-{
-    explicit TileLimit(int size) { setenv("TORNVALE_MAX_TILE", juce::String(size).toRawUTF8(), 1); }
-    ~TileLimit() { unsetenv("TORNVALE_MAX_TILE"); }
-};
 } // namespace
 
 TEST(TilePlan, SplitsAtTheTileSizeColumnByColumn)

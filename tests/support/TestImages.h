@@ -32,6 +32,15 @@ inline void fillRandom(SxImageRgbaBytes& image, unsigned int generatorStart = 12
         image.pixels[i] = (uint8_t) (generator() & 0xff);
 }
 
+/** Lowers the tile limit for a scope, so that a small image is cut into many tiles. */
+struct TileLimit
+{
+    explicit TileLimit(int size) { setenv("TORNVALE_MAX_TILE", juce::String(size).toRawUTF8(), 1); }
+    ~TileLimit() { unsetenv("TORNVALE_MAX_TILE"); }
+    TileLimit(const TileLimit&) = delete;
+    TileLimit& operator=(const TileLimit&) = delete;
+};
+
 /** Largest difference between two equally sized images, over all bytes. */
 inline int maxDifference(const SxImageRgbaBytes& a, const SxImageRgbaBytes& b)
 {
