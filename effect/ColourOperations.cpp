@@ -50,7 +50,8 @@ void lightenCombine(SxImageRgbaBytes& base, const SxImageRgbaBytes& overlay, flo
         return;
     // A per-pixel operation: no padding, and the overlay's tile is uploaded with each base tile.
     auto chain = std::make_shared<FilterChain>();
-    TiledRunner::runWithSecondImage(base, overlay, 0.0f, [&chain, strength](const SxImageRgbaBytes& overlayTile) {
+    TiledRunner::runWithSecondImage(base, overlay, 0.0f, [&chain, strength](const SxImageRgbaBytes& overlayTile, const TiledRunner::SecondTileMapping&) {
+        // Overlays have the base's size, so the cut lies exactly under the tile.
         auto* lighten = chain->make<GPUImageLightenMode>();
         lighten->init();
         lighten->setStrength(strength);

@@ -94,19 +94,13 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         std::memcpy(result.pixels, source.pixels, source.byteCount());
 
     // The chain of several filters reaches further than its longest member; 2.1 covers the sum.
-    float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
-    // The field's tiles are cut at padding × ratio, truncated. Rounding the padding up to a whole
-    // number of field texels keeps both cuts on the same spot (exactly so when the ratio is a
-    // simple fraction), so the walk reads the same field in every tile.
-    const float ratio = (float) tensors.width / (float) source.width;
-    if (ratio > 0.0f && ratio < 1.0f)
-        padding = std::ceil(std::ceil(padding) * ratio) / ratio;
+    const float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
 
     ScopedGLContext scoped;
     if (!scoped.isValid())
         return;
     std::unique_ptr<FilterChain> chain;
-    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile) {
+    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
         chain = std::make_unique<FilterChain>();
         TiledRunner::TileChain built;
         built.finished = [&chain] { chain.reset(); };
@@ -130,6 +124,7 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
             || !sharpen->init(sharpenRadius, sharpenAmount) || !toLab->init()
             || !light->init(lightRadius, lightAmount, 0.0f, 0.0f) || !toRgb->init())
             return built;
+        smooth->setTensorMapping(mapping.scale, mapping.offset);
         lineBlur->setAngle(angle);
         lineBlur->setPasses(1);
 

@@ -28,6 +28,7 @@ bool GPUImageAnisotropicSmooth::init(const SxImageRgbaBytes* image, float length
         return false;
     ScopedGLContext scoped;
     tensorImageTextureUniform = filterProgram->uniformIndex("tensorImageTexture");
+    setTensorMapping({ 1.0f, 1.0f }, { 0.0f, 0.0f });
     return true;
 }
 
@@ -55,4 +56,10 @@ void GPUImageAnisotropicSmooth::renderToTextureWithVertices(const GLfloat* verti
     glBindTexture(GL_TEXTURE_2D, 0);
     glDeleteTextures(1, &tensorTexture);
     tensorTexture = 0;
+}
+
+void GPUImageAnisotropicSmooth::setTensorMapping(juce::Point<float> scale, juce::Point<float> offset)
+{
+    setPoint(scale, "tensorScale");
+    setPoint(offset, "tensorOffset");
 }

@@ -18,6 +18,10 @@ public:
     /** The program text for a bound and a scale (what init compiles). */
     static juce::String fragmentSourceFor(int loopBound, double documentScale);
 
+    /** Where the field lies under this picture: field coordinate = picture coordinate × scale +
+        offset (both 0..1). Identity unless the field was cut for a tile at another size. */
+    void setTensorMapping(juce::Point<float> scale, juce::Point<float> offset);
+
     void renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture) override;
 
     const SxImageRgbaBytes* tensorImage = nullptr;

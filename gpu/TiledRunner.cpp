@@ -102,29 +102,36 @@ void run(SxImageRgbaBytes& image, GPUImageInput& firstFilter, GPUImageOutput& la
 }
 
 void runWithSecondImage(SxImageRgbaBytes& image, const SxImageRgbaBytes& second, float padding,
-                        const std::function<TileChain(const SxImageRgbaBytes& secondTile)>& buildChain)
+                        const std::function<TileChain(const SxImageRgbaBytes& secondTile, const SecondTileMapping& mapping)>& buildChain)
 {
     ScopedGLContext scoped;
-    if (!scoped.isValid() || image.width <= 0 || second.width <= 0)
+    if (!scoped.isValid() || image.width <= 0 || image.height <= 0 || second.width <= 0 || second.height <= 0)
         return;
 
-    const int tileSize = tileSizeNow();
-    const double ratio = (double) second.width / (double) image.width;
-    const int secondTileSize = std::max(1, (int) (tileSize * ratio));
-    const int secondPadding = (int) (std::max(0.0f, padding) * ratio);
-
-    const auto tiles = planTiles(image.width, image.height, tileSize, padding);
+    const double ratioX = (double) second.width / image.width, ratioY = (double) second.height / image.height;
+    const auto tiles = planTiles(image.width, image.height, tileSizeNow(), padding);
     const bool single = tiles.size() == 1;
     const SxRef<SxImageRgbaBytes> source = SxRef<SxImageRgbaBytes>::adopt(single ? nullptr : image.clone());
 
     for (const auto& tile : tiles)
     {
-        const Tile secondTile = makeTile(tile.column, tile.row, second.width, second.height, secondTileSize, secondPadding);
-        const auto secondRect = secondTile.outer.getIntersection(second.bounds());
-        SxImageRgbaBytes secondCut(std::max(1, secondRect.getWidth()), std::max(1, secondRect.getHeight()));
-        secondCut.copyOutRect(second, secondCut.bounds(), secondRect);
+        // The tile's area in the second image's pixels, widened to whole texels plus one for the
+        // bilinear neighbour, and clipped.
+        const double x0 = tile.outer.getX() * ratioX, x1 = tile.outer.getRight() * ratioX;
+        const double y0 = tile.outer.getY() * ratioY, y1 = tile.outer.getBottom() * ratioY;
+        // A second image of the same size is cut exactly (identity mapping).
+        const int marginX = ratioX == 1.0 ? 0 : 1, marginY = ratioY == 1.0 ? 0 : 1;
+        const int left = std::max(0, (int) std::floor(x0) - marginX), right = std::min(second.width, (int) std::ceil(x1) + marginX);
+        const int top = std::max(0, (int) std::floor(y0) - marginY), bottom = std::min(second.height, (int) std::ceil(y1) + marginY);
+        const juce::Rectangle<int> cutRect(left, top, std::max(1, right - left), std::max(1, bottom - top));
+        SxImageRgbaBytes secondCut(cutRect.getWidth(), cutRect.getHeight());
+        secondCut.copyOutRect(second, secondCut.bounds(), cutRect);
 
-        TileChain chain = buildChain(secondCut);
+        SecondTileMapping mapping;
+        mapping.scale = { (float) ((x1 - x0) / cutRect.getWidth()), (float) ((y1 - y0) / cutRect.getHeight()) };
+        mapping.offset = { (float) ((x0 - left) / cutRect.getWidth()), (float) ((y0 - top) / cutRect.getHeight()) };
+
+        TileChain chain = buildChain(secondCut, mapping);
         if (chain.first != nullptr && chain.last != nullptr)
         {
             if (single)

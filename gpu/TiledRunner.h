@@ -44,9 +44,19 @@ struct TileChain
     std::function<void()> finished;
 };
 
-/** Runs a chain that also needs a second image, cut in step with the first: the second image's
-    tile and padding are the first's scaled by (second width / first width). The chain is built
-    anew for each tile from the second image's tile. */
+/** Where a cut of the second image lies under a tile of the first, in 0..1 coordinates of each:
+    second = first × scale + offset. */
+struct SecondTileMapping
+{
+    juce::Point<float> scale { 1.0f, 1.0f };
+    juce::Point<float> offset { 0.0f, 0.0f };
+};
+
+/** Runs a chain that also needs a second image of another size but the same aspect: for each
+    tile, the second image is cut over the same area (scaled by their size ratio, with a texel of
+    margin for filtering) and the chain is built anew from that cut and its exact mapping. The cut
+    is taken at whole texels, so the mapping carries the fraction: a tile reads the second image
+    at the very places the whole image would. */
 void runWithSecondImage(SxImageRgbaBytes& image, const SxImageRgbaBytes& second, float padding,
-                        const std::function<TileChain(const SxImageRgbaBytes& secondTile)>& buildChain);
+                        const std::function<TileChain(const SxImageRgbaBytes& secondTile, const SecondTileMapping& mapping)>& buildChain);
 } // namespace TiledRunner

@@ -17,10 +17,13 @@ uniform sampler2D inputImageTexture;
 uniform sampler2D tensorImageTexture;
 uniform highp float texelWidth;
 uniform highp float texelHeight;
+// The field may be a tile cut at another size: field coordinate = picture coordinate × scale + offset.
+uniform highp vec2 tensorScale;
+uniform highp vec2 tensorOffset;
 
 highp vec2 fieldAt(highp vec2 position)
 {
-    highp vec4 t = swizzleIn(texture2D(tensorImageTexture, position));
+    highp vec4 t = swizzleIn(texture2D(tensorImageTexture, position * tensorScale + tensorOffset));
     return vec2(t.a - 0.5, t.r - 0.5) * 4.0;
 }
 

@@ -104,8 +104,10 @@ TEST(TiledRun, SecondImageIsCutInStepAtItsOwnScale)
     TestImages::fillRandom(image);
     SxImageRgbaBytes original(image);
     std::vector<juce::Point<int>> secondSizes;
+    std::vector<TiledRunner::SecondTileMapping> mappings;
 
-    TiledRunner::runWithSecondImage(image, half, 10.0f, [&](const SxImageRgbaBytes& secondTile) {
+    TiledRunner::runWithSecondImage(image, half, 10.0f, [&](const SxImageRgbaBytes& secondTile, const TiledRunner::SecondTileMapping& mapping) {
+        mappings.push_back(mapping);
         secondSizes.push_back({ secondTile.width, secondTile.height });
         auto chain = std::make_shared<FilterChain>();
         auto* identity = chain->add(TestFilters::identity());
@@ -117,7 +119,14 @@ TEST(TiledRun, SecondImageIsCutInStepAtItsOwnScale)
     ASSERT_EQ(secondSizes.size(), tiles.size());
     for (size_t i = 0; i < tiles.size(); ++i)
     {
-        EXPECT_NEAR(secondSizes[i].x, tiles[i].outer.getWidth() / 2.0, 2.0);
-        EXPECT_NEAR(secondSizes[i].y, tiles[i].outer.getHeight() / 2.0, 2.0);
+        // Half the tile, plus at most a texel of margin on each side.
+        EXPECT_NEAR(secondSizes[i].x, tiles[i].outer.getWidth() / 2.0, 2.5);
+        EXPECT_NEAR(secondSizes[i].y, tiles[i].outer.getHeight() / 2.0, 2.5);
+        // The mapping puts the tile's corners on the second image's pixels of the same place.
+        const auto& m = mappings[i];
+        const double cutLeft = tiles[i].outer.getX() / 2.0 - m.offset.x * secondSizes[i].x;
+        const double mappedRight = cutLeft + (m.scale.x + m.offset.x) * secondSizes[i].x;
+        EXPECT_NEAR(cutLeft, std::max(0.0, std::floor(tiles[i].outer.getX() / 2.0) - 1.0), 1e-3);
+        EXPECT_NEAR(mappedRight, tiles[i].outer.getRight() / 2.0, 1e-3);
     }
 }
