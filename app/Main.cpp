@@ -1,0 +1,3 @@
+#include "app/Tornvale.h"
+
+START_JUCE_APPLICATION(Tornvale)

@@ -1,0 +1,20 @@
+#pragma once
+// The product's main component: one picture with one effect above it, no layer panel, run as a
+// plug-in by host editors as well as on its own.
+
+#include "app/GenericAppComponent.h"
+
+class TornvaleAppComponent : public GenericAppComponent
+{
+public:
+    TornvaleAppComponent() = default;
+
+    bool usesLayerStack() override { return false; }
+    int getMaximumLayers() override { return 10; }
+    bool hasPluginHost() override { return true; }
+    juce::Rectangle<int> getPreviewRenderSize() override { return { 0, 0, 1500, 1500 }; }
+    juce::Rectangle<int> getFullRenderSize() override;
+    juce::String getProjectExtension() override { return "qhp"; }
+    juce::String getApplicationDataName() override { return "Tornvale Art"; }
+    juce::String getCompanyName() override { return "Ombrik"; }
+};

@@ -1,0 +1,144 @@
+#include "app/TornvaleAppComponent.h"
+
+#include "imaging/ImageStream.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace
+{
+// The component reads and writes the user's configuration folder; HOME points at a temporary
+// folder for the length of a test so that the real settings are never touched.
+class MainComponent : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (const char* home = std::getenv("HOME"))
+            previousHome = home;
+        home = juce::File::createTempFile("home");
+        ASSERT_TRUE(home.createDirectory());
+        ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
+        ::unsetenv("XDG_CONFIG_HOME");
+    }
+    void TearDown() override
+    {
+        component.reset();
+        ::setenv("HOME", previousHome.toRawUTF8(), 1);
+        home.deleteRecursively();
+    }
+
+    TornvaleAppComponent& make()
+    {
+        component = std::make_unique<TornvaleAppComponent>();
+        component->setSize(1024, 601);
+        component->initializeApplication();
+        component->buildInterface();
+        component->finishInterface();
+        return *component;
+    }
+
+    static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
+
+    juce::ScopedJuceInitialiser_GUI gui;
+    juce::String previousHome;
+    juce::File home;
+    std::unique_ptr<TornvaleAppComponent> component;
+};
+} // namespace
+
+TEST(PreviewRectangle, FitsIntoTheLimitWithoutEnlarging)
+{
+    const juce::Rectangle<int> limit(0, 0, 1500, 1500);
+    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 3000, 2000 }, limit), juce::Rectangle<int>(0, 0, 1500, 1000));
+    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 2000, 3001 }, limit), juce::Rectangle<int>(0, 0, 1000, 1500));
+    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 1500, 1500 }, limit), juce::Rectangle<int>(0, 0, 1500, 1500));
+    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 600, 400 }, limit), juce::Rectangle<int>(0, 0, 600, 400));
+    // A sliver keeps at least one pixel.
+    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 30000, 2 }, limit), juce::Rectangle<int>(0, 0, 1500, 1));
+    EXPECT_TRUE(GenericAppComponent::previewRectangleFor({}, limit).isEmpty());
+}
+
+TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
+{
+    auto& c = make();
+    auto* settings = c.getUserSettings();
+    ASSERT_NE(settings, nullptr);
+    EXPECT_TRUE(settings->getFile().isAChildOf(home));
+    EXPECT_EQ(settings->getIntValue("lastVersionNumber"), 65809);
+    EXPECT_TRUE(settings->saveIfNeeded());
+    auto xml = juce::parseXML(settings->getFile());
+    ASSERT_NE(xml, nullptr);
+    EXPECT_NE(xml->toString().indexOf("lastVersionNumber"), -1);
+
+    // The document sits where its bounds expression puts it, and follows the parent's size.
+    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1024 - 300, 601 - 150));
+    c.setSize(1400, 900);
+    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1100, 750));
+}
+
+TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
+{
+    auto& c = make();
+    ASSERT_TRUE(c.openImage(sample("coffee.png"), true));
+
+    auto* original = c.getOriginalImage();
+    ASSERT_NE(original, nullptr);
+    EXPECT_EQ(original->width, 600);
+    EXPECT_EQ(original->height, 400);
+    EXPECT_EQ(c.getUserSettings()->getValue("ImagePath"), sample("coffee.png").getFullPathName());
+    EXPECT_TRUE(c.getUserSettings()->getBoolValue("feshProject"));
+
+    // The parked copy reads back byte for byte.
+    SxRef<SxImageRgbaBytes> parked = SxRef<SxImageRgbaBytes>::adopt(ImageStream::readFile(c.originalBeforeEditFile()));
+    ASSERT_TRUE(parked);
+    ASSERT_EQ(parked->byteCount(), original->byteCount());
+    EXPECT_EQ(std::memcmp(parked->pixels, original->pixels, original->byteCount()), 0);
+
+    // Below the preview size the preview is the picture itself.
+    auto* preview = c.getPreviewImage();
+    ASSERT_NE(preview, nullptr);
+    EXPECT_EQ(std::memcmp(preview->pixels, original->pixels, original->byteCount()), 0);
+
+    // Fitted: 95% of the tighter side (height: 451 × 0.95 / 400), centred both ways.
+    auto* document = c.getDocument();
+    EXPECT_EQ(document->getImage(), preview);
+    EXPECT_NEAR(document->getZoom(), 451 * 0.95f / 400, 1e-5);
+    const auto shown = document->imageBounds();
+    EXPECT_NEAR(shown.getCentreX(), document->getWidth() / 2.0f, 0.01);
+    EXPECT_NEAR(shown.getCentreY(), document->getHeight() / 2.0f, 0.01);
+
+    EXPECT_TRUE(c.mayQuit());
+    EXPECT_FALSE(c.originalBeforeEditFile().exists());
+}
+
+TEST_F(MainComponent, UnreadableFileKeepsTheCurrentPicture)
+{
+    auto& c = make();
+    ASSERT_TRUE(c.openImage(sample("chelsea.png"), false));
+    auto* before = c.getOriginalImage();
+
+    const auto bogus = home.getChildFile("broken.png");
+    ASSERT_TRUE(bogus.replaceWithText("\x89PNG but not really"));
+    EXPECT_FALSE(c.openImage(bogus, false));
+    EXPECT_EQ(c.getOriginalImage(), before);
+    EXPECT_EQ(c.getDocument()->getImage(), c.getPreviewImage());
+    EXPECT_EQ(c.getUserSettings()->getValue("ImagePath"), sample("chelsea.png").getFullPathName());
+}
+
+TEST_F(MainComponent, RenderSizeSettingAndHostGroups)
+{
+    auto& c = make();
+    EXPECT_EQ(c.getFullRenderSize(), juce::Rectangle<int>(0, 0, 2447, 2447));
+    c.getUserSettings()->setValue("RenderSize", 1);
+    EXPECT_EQ(c.getFullRenderSize(), juce::Rectangle<int>(0, 0, 1600, 1600));
+
+    c.hostKind = 9;
+    EXPECT_TRUE(c.isHostKind(1));
+    EXPECT_TRUE(c.isHostKind(9));
+    c.hostKind = 5;
+    EXPECT_FALSE(c.isHostKind(1));
+    EXPECT_TRUE(c.isHostKind(7));
+}
