@@ -1,0 +1,233 @@
+// Project files: the current form with its preview, the two older forms, and what a reader does
+// with files that are short, corrupt or lie about their sizes.
+
+#include "ProjectFileTestSupport.h"
+#include "TestLayers.h"
+
+#include "document/StaticImageLayer.h"
+#include "imaging/ImageRGBAPixelData.h"
+
+#include <gtest/gtest.h>
+
+using namespace ProjectFileTestSupport;
+
+TEST(ProjectFileWrite, CurrentFormRoundTripsSettingsPictureAndResolution)
+{
+    auto picture = makePicture(37, 23);
+    SxPropertySet settings;
+    settings.setString("strokeLength", "0.75");
+    settings.setString("name", juce::String::fromUTF8("Ström"));
+    const auto bytes = writeProject(settings, *picture, 300.0, 150.0);
+
+    ASSERT_GE(bytes.getSize(), 12u);
+    EXPECT_EQ(std::memcmp(bytes.getData(), "VER3", 4), 0);
+    juce::MemoryInputStream in(bytes, false);
+    auto document = ProjectFile::read(in);
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->version, 3);
+    ASSERT_NE(document->image.get(), nullptr);
+    EXPECT_TRUE(samePixels(*document->image, *picture));
+    EXPECT_DOUBLE_EQ(document->widthDpi, 300.0);
+    EXPECT_DOUBLE_EQ(document->heightDpi, 150.0);
+    EXPECT_EQ(document->settings.getValue("strokeLength", {}), "0.75");
+    EXPECT_EQ(document->settings.getValue("name", {}), juce::String::fromUTF8("Ström"));
+    EXPECT_FALSE(document->settings.containsKey("ORIG_IMAGE_data"));
+}
+
+TEST(ProjectFileWrite, PreviewIsA400SquareJpegAtItsStatedOffset)
+{
+    auto picture = makePicture(120, 60);
+    const auto bytes = writeProject(SxPropertySet(), *picture, 72.0, 72.0);
+    const auto* data = static_cast<const uint8_t*>(bytes.getData());
+    const int32_t offset = (int32_t) juce::ByteOrder::littleEndianInt(data + 4);
+    const int32_t size = (int32_t) juce::ByteOrder::littleEndianInt(data + 8);
+    ASSERT_GT(offset, 12);
+    ASSERT_EQ((size_t) offset + (size_t) size, bytes.getSize()) << "the preview is the last block";
+    EXPECT_EQ(data[offset], 0xFF);
+    EXPECT_EQ(data[offset + 1], 0xD8);
+
+    // Decoded by the codec directly from the stated offset, not through the project reader.
+    juce::MemoryInputStream jpegBytes(data + offset, (size_t) size, false);
+    juce::JPEGImageFormat jpeg;
+    ASSERT_TRUE(jpeg.canUnderstand(jpegBytes));
+    jpegBytes.setPosition(0);
+    const juce::Image preview = jpeg.decodeImage(jpegBytes);
+    ASSERT_TRUE(preview.isValid());
+    EXPECT_EQ(preview.getWidth(), 400);
+    EXPECT_EQ(preview.getHeight(), 400);
+    // A wide picture fits across and leaves grey bands above and below.
+    const juce::Colour band = preview.getPixelAt(200, 10);
+    EXPECT_NEAR(band.getRed(), 127, 4);
+    EXPECT_NEAR(band.getGreen(), 127, 4);
+    EXPECT_NEAR(band.getBlue(), 127, 4);
+
+    juce::MemoryInputStream whole(bytes, false);
+    auto decoded = ProjectFile::readPreview(whole);
+    ASSERT_NE(decoded.get(), nullptr);
+    EXPECT_EQ(decoded->width, 400);
+    EXPECT_EQ(decoded->height, 400);
+}
+
+TEST(ProjectFileWrite, SavedFileHoldsTheStackAndLoadsBack)
+{
+    TestPrototypes prototypes;
+    auto picture = makePicture(64, 48);
+    LayerManager manager;
+    manager.addLayer(new StaticImageLayer(picture.get()));
+    auto* tint = new TintLayer();
+    tint->red = 180;
+    tint->alpha = 200;
+    manager.addLayer(tint);
+
+    juce::TemporaryFile folder;
+    const juce::File file = folder.getFile().getChildFile("nested").getChildFile("work.qhp");
+    ASSERT_TRUE(ProjectFile::save(file, manager, *picture, 96.0, 96.0));
+    EXPECT_TRUE(file.existsAsFile());
+
+    auto document = ProjectFile::readFile(file);
+    ASSERT_NE(document, nullptr);
+    EXPECT_TRUE(samePixels(*document->image, *picture));
+    EXPECT_EQ(document->settings.getIntValue("LayerCount", -1), 1);
+    EXPECT_EQ(document->settings.getValue("ClassName1", {}), "TintLayer");
+
+    LayerManager restored;
+    restored.addLayer(new StaticImageLayer(document->image.get()));
+    restored.restoreFromDictionary(document->settings, nullptr, {}, false);
+    ASSERT_EQ(restored.getNumLayers(), 2);
+    EXPECT_EQ(static_cast<TintLayer*>(restored.getLayer(1))->red, 180);
+    EXPECT_TRUE(samePixels(*restored.render(nullptr, false, false), *manager.render(nullptr, false, false)));
+    folder.getFile().deleteRecursively();
+}
+
+TEST(ProjectFileRead, ZeroPreviewFieldsStillLoadTheDictionary)
+{
+    auto picture = makePicture(9, 7);
+    SxPropertySet settings;
+    settings.setInt("LayerCount", 0);
+    auto bytes = writeProject(settings, *picture, 72.0, 72.0);
+    // As a writer that stopped before the seek-back leaves it.
+    std::memset(static_cast<char*>(bytes.getData()) + 4, 0, 8);
+    juce::MemoryInputStream in(bytes, false);
+    auto document = ProjectFile::read(in);
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->previewOffset, 0);
+    EXPECT_TRUE(samePixels(*document->image, *picture));
+    juce::MemoryInputStream again(bytes, false);
+    EXPECT_EQ(ProjectFile::readPreview(again).get(), nullptr);
+}
+
+TEST(ProjectFileRead, VersionTwoHasNoPreviewAndLoads)
+{
+    auto picture = makePicture(16, 16);
+    SxPropertySet settings;
+    settings.setString("contrast", "0.4");
+    const auto bytes = writeVersion2(settings, *picture);
+    juce::MemoryInputStream in(bytes, false);
+    auto document = ProjectFile::read(in);
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->version, 2);
+    EXPECT_EQ(document->settings.getValue("contrast", {}), "0.4");
+    EXPECT_TRUE(samePixels(*document->image, *picture));
+}
+
+TEST(ProjectFileRead, OldestXmlFormWithPictureBehindIt)
+{
+    auto picture = makePicture(11, 5);
+    SxPropertySet settings;
+    settings.setString("saturation", "0.9");
+    const auto bytes = writeOldestForm(settings, *picture);
+    juce::MemoryInputStream in(bytes, false);
+    auto document = ProjectFile::read(in);
+    ASSERT_NE(document, nullptr);
+    EXPECT_EQ(document->version, 1);
+    EXPECT_EQ(document->settings.getValue("saturation", {}), "0.9");
+    EXPECT_TRUE(samePixels(*document->image, *picture));
+}
+
+TEST(ProjectFileRead, GarbageGivesNoDocument)
+{
+    for (const auto& bad : badInputs())
+    {
+        juce::MemoryInputStream in(bad.bytes, false);
+        EXPECT_EQ(ProjectFile::read(in), nullptr) << bad.name;
+        juce::MemoryInputStream previewIn(bad.bytes, false);
+        ProjectFile::readPreview(previewIn);
+    }
+}
+
+TEST(ProjectFileRead, FuzzerFindingsGiveNoDocument)
+{
+    // An oldest-form file whose picture stream is whole but holds no pixels, and one whose XML
+    // text is not UTF-8, which JUCE's parser would read past the end of.
+    for (const char* name : { "project_empty_picture.qhp", "project_invalid_utf8.qhp" })
+    {
+        const juce::File file = juce::File(TORNVALE_SOURCE_DIR).getChildFile("tests/document/regressions").getChildFile(name);
+        juce::MemoryBlock bytes;
+        ASSERT_TRUE(file.loadFileAsData(bytes)) << name;
+        juce::MemoryInputStream in(bytes, false);
+        EXPECT_EQ(ProjectFile::read(in), nullptr) << name;
+    }
+
+    // The same in a layer's dictionary text, which the stack parses on restore.
+    TestPrototypes prototypes;
+    SxPropertySet set;
+    set.setInt("LayerCount", 1);
+    set.setString("ClassName1", "TintLayer");
+    // Zero padding behind the bytes, because JUCE's string walks a bad lead byte's tail too.
+    const char text[64] = "<plist><dict><key>tintRed</key>\xff\xff\xff";
+    set.setString("EffectDictionary1", juce::String::fromUTF8(text, (int) std::strlen(text)));
+    LayerManager manager;
+    auto picture = makePicture(4, 4);
+    manager.addLayer(new StaticImageLayer(picture.get()));
+    manager.restoreFromDictionary(set, nullptr, {}, false);
+    ASSERT_EQ(manager.getNumLayers(), 2);
+    EXPECT_EQ(static_cast<TintLayer*>(manager.getLayer(1))->red, 0) << "unreadable text restores defaults";
+}
+
+TEST(ProjectFileRead, DamagedPreviewIsRefusedWhileTheDocumentLoads)
+{
+    // Found by fuzz_project_reader: a preview whose JPEG data was overwritten made the codec
+    // write outside its buffers.
+    const juce::File file = juce::File(TORNVALE_SOURCE_DIR).getChildFile("tests/document/regressions/project_damaged_preview.qhp");
+    juce::MemoryBlock bytes;
+    ASSERT_TRUE(file.loadFileAsData(bytes));
+    juce::MemoryInputStream in(bytes, false);
+    EXPECT_EQ(ProjectFile::readPreview(in).get(), nullptr);
+    juce::MemoryInputStream whole(bytes, false);
+    ProjectFile::read(whole);
+
+    // The same kind of damage made on purpose: a run of repeated bytes inside the preview's scan.
+    auto picture = makePicture(30, 30);
+    auto project = writeProject(SxPropertySet(), *picture, 72.0, 72.0);
+    auto* data = static_cast<uint8_t*>(project.getData());
+    const int32_t offset = (int32_t) juce::ByteOrder::littleEndianInt(data + 4);
+    const int32_t size = (int32_t) juce::ByteOrder::littleEndianInt(data + 8);
+    for (int32_t i = offset + size / 2; i < offset + size / 2 + 64 && i < offset + size; ++i)
+        data[i] = 0xC4;
+    juce::MemoryInputStream damaged(project, false);
+    auto preview = ProjectFile::readPreview(damaged);
+    if (preview.get() != nullptr)
+        EXPECT_EQ(preview->width, 400) << "a decoder may repair the scan, but never change the size";
+    juce::MemoryInputStream document(project, false);
+    EXPECT_NE(ProjectFile::read(document), nullptr) << "the settings do not depend on the preview";
+}
+
+TEST(ProjectFileRead, EveryTruncationOfAValidFileIsSafe)
+{
+    auto picture = makePicture(20, 10);
+    SxPropertySet settings;
+    settings.setString("strokeLength", "0.5");
+    for (const auto& bytes : { writeProject(settings, *picture, 72.0, 72.0), writeVersion2(settings, *picture),
+                               writeOldestForm(settings, *picture) })
+    {
+        const auto* data = static_cast<const char*>(bytes.getData());
+        // Cut before the end of the dictionary: no picture, no document. (A "VER3" cut inside
+        // the preview still loads, since the preview is not needed.)
+        const size_t dictionaryEnd = dictionaryEndOf(bytes);
+        for (size_t length = 0; length < dictionaryEnd; length += 1 + length / 16)
+        {
+            juce::MemoryInputStream in(data, length, false);
+            EXPECT_EQ(ProjectFile::read(in), nullptr) << "length " << length;
+        }
+    }
+}
