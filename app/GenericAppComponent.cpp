@@ -1,6 +1,7 @@
 #include "app/GenericAppComponent.h"
 
 #include "app/ParentProcess.h"
+#include "imaging/ImageFileReader.h"
 #include "imaging/ImageRGBAPixelData.h"
 #include "imaging/ImageStream.h"
 
@@ -130,13 +131,15 @@ bool GenericAppComponent::openProject(const juce::File& file)
 bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
 {
     // Decode before dropping the current picture, so a file that fails leaves the document shown.
-    auto decoded = juce::ImageFileFormat::loadFrom(file);
-    SxRef<SxImageRgbaBytes> image = SxRef<SxImageRgbaBytes>::adopt(decoded.isValid() ? SxImageConversion::fromJuceImage(decoded) : nullptr);
-    if (!image)
+    // Our own reader: it applies Exif orientation and embedded profiles, and refuses damaged
+    // files that JUCE's decoders would crash on or half-read.
+    auto decoded = ImageFileReader::read(file);
+    if (!decoded.ok())
     {
-        log("Cannot read " + file.getFullPathName());
+        log("Cannot open " + file.getFullPathName() + ": " + decoded.error);
         return false;
     }
+    SxRef<SxImageRgbaBytes> image = decoded.image;
 
     document->setImage(nullptr);
     previewImage.reset();
@@ -151,7 +154,8 @@ bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
     currentFile = file;
     imagePath = file.getFullPathName();
     metadata.clear();
-    resolutionX = resolutionY = 72.0f;
+    resolutionX = (float) decoded.resolutionX;
+    resolutionY = (float) decoded.resolutionY;
 
     if (!ImageStream::writeFile(*originalImage, originalBeforeEditFile()))
         log("Cannot write " + originalBeforeEditFile().getFullPathName());
