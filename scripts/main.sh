@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and opens the sample photo in the program.
-# Without a display it runs under Xvfb, takes a screenshot of the window into
-# build/sample-screenshot.png, closes the program by its close button and prints the path.
+# Installs what is missing, builds, renders the sample photo into line art and prints the
+# file's path, then opens the photo in the program. Without a display the program runs under
+# Xvfb, a screenshot of its window goes to build/sample-screenshot.png, the program is closed by
+# its close button and the screenshot's path is printed too.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 BUILD_DIR=${BUILD_DIR:-build}
@@ -11,6 +12,8 @@ sample=samples/coffee.png
 if [ "${1:-}" != "--screenshot" ]; then
   bash scripts/install-deps.sh
   bash scripts/build.sh
+  "$BUILD_DIR/bin/tornvale-render" --overwrite -o "$BUILD_DIR/sample-lineart.png" "$sample"
+  echo "$PWD/$BUILD_DIR/sample-lineart.png"
   if [ -n "${DISPLAY:-}" ]; then
     exec "$app" "$PWD/$sample"
   fi

@@ -1,0 +1,301 @@
+#include "cli/render/RenderJob.h"
+#include "document/LayerManager.h"
+#include "document/ProjectFile.h"
+#include "document/StaticImageLayer.h"
+#include "document/SxPropertySet.h"
+#include "effect/TornvaleEffect.h"
+#include "imaging/ImageFileReader.h"
+#include "imaging/ImageFileWriter.h"
+#include "presets/BuiltInPresets.h"
+#include "presets/PresetFile.h"
+
+namespace RenderFiles
+{
+bool isProjectFile(const juce::File& file)
+{
+    return file.hasFileExtension("qhp;qrp");
+}
+
+bool isImageFile(const juce::File& file)
+{
+    return ImageFileTypes::fromPath(file.getFullPathName()) != ImageFileType::unknown;
+}
+} // namespace RenderFiles
+
+namespace
+{
+ImageFileType typeForExtension(const juce::String& format)
+{
+    return ImageFileTypes::fromPath("x." + format);
+}
+
+constexpr int previewSide = 1500;
+} // namespace
+
+RenderJob::RenderJob(const RenderOptions& o) : options(o) {}
+
+juce::Array<juce::File> RenderJob::expandInputs() const
+{
+    juce::Array<juce::File> files;
+    for (const auto& name : options.inputs)
+    {
+        const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(name);
+        if (file.isDirectory())
+        {
+            auto children = file.findChildFiles(juce::File::findFiles, false);
+            children.sort();
+            for (const auto& child : children)
+                if (RenderFiles::isImageFile(child) || RenderFiles::isProjectFile(child))
+                    files.add(child);
+        }
+        else
+            files.add(file);
+    }
+    return files;
+}
+
+juce::File RenderJob::outputFor(const juce::File& input, int inputCount) const
+{
+    juce::String extension = options.format.isNotEmpty() ? "." + options.format : input.getFileExtension();
+    if (RenderFiles::isProjectFile(input) && options.format.isEmpty())
+        extension = ".png";
+
+    if (options.output.isNotEmpty())
+    {
+        const auto target = juce::File::getCurrentWorkingDirectory().getChildFile(options.output);
+        if (inputCount == 1 && !target.isDirectory())
+        {
+            // An output name without a known image extension gets the format's.
+            if (ImageFileTypes::fromPath(target.getFullPathName()) == ImageFileType::unknown)
+                return target.withFileExtension(extension);
+            return target;
+        }
+        return target.getChildFile(input.getFileNameWithoutExtension() + "_tornvale" + extension);
+    }
+    return input.getSiblingFile(input.getFileNameWithoutExtension() + "_tornvale" + extension);
+}
+
+juce::File RenderJob::freeName(const juce::File& file, bool overwrite)
+{
+    if (overwrite || !file.exists())
+        return file;
+    for (int counter = 1;; ++counter)
+    {
+        const auto candidate = file.getSiblingFile(file.getFileNameWithoutExtension() + " (" + juce::String(counter) + ")"
+                                                   + file.getFileExtension());
+        if (!candidate.exists())
+            return candidate;
+    }
+}
+
+bool RenderJob::loadPreset(SxPropertySet& settings, juce::String& reason) const
+{
+    if (options.preset.isEmpty())
+        return true;
+
+    for (int i = 0; i < BuiltInPresets::numPresets; ++i)
+        if (BuiltInPresets::getName(i).equalsIgnoreCase(options.preset))
+        {
+            const auto bytes = BuiltInPresets::getPresetFile(i);
+            juce::MemoryInputStream in(bytes, false);
+            settings = PresetFile::read(in).settings;
+            return true;
+        }
+
+    const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(options.preset);
+    if (!file.existsAsFile())
+    {
+        reason = "no built-in preset or preset file named \"" + options.preset + "\" (see --list-presets)";
+        return false;
+    }
+    const auto contents = PresetFile::readFile(file);
+    if (contents.settings.size() == 0)
+    {
+        reason = file.getFullPathName() + ": not a preset file";
+        return false;
+    }
+    settings = contents.settings;
+    return true;
+}
+
+void RenderJob::configure(TornvaleEffect& effect, const SxPropertySet* presetSettings) const
+{
+    effect.setDefaults();
+    if (options.randomSettings)
+    {
+        juce::Random random(*options.randomSettings);
+        effect.randomize(random);
+    }
+    if (presetSettings != nullptr && presetSettings->size() > 0)
+        effect.restoreFromDictionary(*presetSettings, {});
+    if (!options.settings.empty())
+    {
+        SxPropertySet single;
+        for (const auto& [key, value] : options.settings)
+            single.setString(key, value);
+        effect.restoreFromDictionary(single, {});
+    }
+}
+
+RenderOutcome RenderJob::renderOne(const juce::File& input, const juce::File& output, const SxPropertySet* presetSettings) const
+{
+    RenderOutcome outcome;
+    SxRef<SxImageRgbaBytes> source;
+    SxPropertySet projectSettings;
+    bool isProject = false;
+    double dpiX = 72.0, dpiY = 72.0;
+    bool hadAlpha = false;
+
+    if (RenderFiles::isProjectFile(input))
+    {
+        if (!input.existsAsFile())
+        {
+            outcome.reason = "cannot read: no such file";
+            return outcome;
+        }
+        auto project = ProjectFile::readFile(input);
+        if (project == nullptr || project->image.get() == nullptr)
+        {
+            outcome.reason = "not a project file (damaged or of another program)";
+            return outcome;
+        }
+        source = project->image;
+        projectSettings = project->settings;
+        dpiX = project->widthDpi;
+        dpiY = project->heightDpi;
+        isProject = true;
+    }
+    else
+    {
+        auto decoded = ImageFileReader::read(input);
+        if (!decoded.ok())
+        {
+            outcome.reason = decoded.error;
+            return outcome;
+        }
+        source = decoded.image;
+        dpiX = decoded.resolutionX;
+        dpiY = decoded.resolutionY;
+        hadAlpha = decoded.hasAlpha;
+    }
+
+    if (options.previewSize)
+    {
+        const double ratio = juce::jmin(1.0, juce::jmin((double) previewSide / source->width, (double) previewSide / source->height));
+        const int w = juce::jmax(1, (int) std::lround(source->width * ratio)), h = juce::jmax(1, (int) std::lround(source->height * ratio));
+        if (w != source->width || h != source->height)
+        {
+            auto scaled = SxRef<SxImageRgbaBytes>::adopt(new SxImageRgbaBytes(*source));
+            scaled->resize(w, h, 3);
+            source = scaled;
+        }
+    }
+
+    // The document's stack: the picture, and the effect above it.
+    registerTornvaleEffect();
+    LayerManager stack;
+    auto* base = new StaticImageLayer(source.get());
+    stack.addLayer(base);
+    if (isProject)
+        stack.restoreFromDictionary(projectSettings, nullptr, {}, false);
+    TornvaleEffect* effect = nullptr;
+    for (auto* layer : stack.getLayers())
+        if (auto* e = dynamic_cast<TornvaleEffect*>(layer))
+            effect = e;
+    if (effect == nullptr)
+    {
+        effect = new TornvaleEffect(TornvaleEffect::DefaultsOnly {});
+        stack.addLayer(effect);
+        configure(*effect, presetSettings);
+    }
+    else if (presetSettings != nullptr || !options.settings.empty() || options.randomSettings)
+    {
+        // A project's own settings stand unless the command line asks for others.
+        SxPropertySet kept;
+        effect->saveToDictionary(kept, {});
+        configure(*effect, &kept);
+        if (presetSettings != nullptr && presetSettings->size() > 0)
+            effect->restoreFromDictionary(*presetSettings, {});
+        if (!options.settings.empty())
+        {
+            SxPropertySet single;
+            for (const auto& [key, value] : options.settings)
+                single.setString(key, value);
+            effect->restoreFromDictionary(single, {});
+        }
+    }
+    effect->originalImageHadAlpha = hadAlpha;
+    TornvaleEffect::deleteBrushMask(); // no painting from the command line: the effect everywhere
+
+    stack.setHighQuality(true);
+    stack.markAllDirty();
+    SxImageRgbaBytes* result = stack.render(nullptr, false, true);
+    auto owned = SxRef<SxImageRgbaBytes>::adopt(result);
+    if (result == nullptr)
+    {
+        outcome.reason = "render failed (no GL context?)";
+        return outcome;
+    }
+
+    ImageWriteOptions writeOptions;
+    writeOptions.resolutionX = dpiX;
+    writeOptions.resolutionY = dpiY;
+    writeOptions.jpegQuality = 92;
+    const auto type = ImageFileTypes::fromPath(output.getFullPathName());
+    const auto written = ImageFileWriter::write(*result, output, type, writeOptions);
+    if (written.failed())
+    {
+        outcome.reason = written.getErrorMessage();
+        return outcome;
+    }
+    outcome.ok = true;
+    outcome.output = output;
+    return outcome;
+}
+
+int RenderJob::run(juce::OutputStream& log)
+{
+    SxPropertySet presetSettings;
+    juce::String reason;
+    if (!loadPreset(presetSettings, reason))
+    {
+        log << "tornvale-render: " << reason << "\n";
+        return 1;
+    }
+
+    const auto inputs = expandInputs();
+    if (inputs.isEmpty())
+    {
+        log << "tornvale-render: no images or projects found in the inputs\n";
+        return 1;
+    }
+    if (options.output.isNotEmpty() && inputs.size() > 1)
+    {
+        const auto folder = juce::File::getCurrentWorkingDirectory().getChildFile(options.output);
+        if (!folder.isDirectory() && !folder.createDirectory())
+        {
+            log << "tornvale-render: " << folder.getFullPathName() << ": cannot write: cannot create the output folder\n";
+            return 1;
+        }
+    }
+
+    int failures = 0;
+    for (int i = 0; i < inputs.size(); ++i)
+    {
+        const auto& input = inputs.getReference(i);
+        const auto output = freeName(outputFor(input, inputs.size()), options.overwrite);
+        const auto started = juce::Time::getMillisecondCounterHiRes();
+        const auto outcome = renderOne(input, output, options.preset.isNotEmpty() ? &presetSettings : nullptr);
+        const auto seconds = (juce::Time::getMillisecondCounterHiRes() - started) / 1000.0;
+        if (outcome.ok)
+            log << "tornvale-render: [" << (i + 1) << "/" << inputs.size() << "] " << input.getFullPathName() << " -> "
+                << outcome.output.getFullPathName() << " (" << juce::String(seconds, 1) << " s)\n";
+        else
+        {
+            log << "tornvale-render: " << input.getFullPathName() << ": " << outcome.reason << "\n";
+            ++failures;
+        }
+        log.flush();
+    }
+    return failures == 0 ? 0 : 1;
+}

@@ -1,0 +1,85 @@
+#pragma once
+// The one effect of the program: a layer that turns the photo below it into line art. From the
+// photo's local structure it derives a direction field, smears twelve copies of the photo along
+// it, blurs each copy along its own straight angle, sharpens and re-lights it, and keeps the
+// per-channel maximum of the twelve, so that only bright ridges remain and cross as lines.
+//
+// The brush mask is process-wide, as there is one document: 0 shows the effect, 255 the
+// colour-adjusted photo.
+
+#include "document/Layer.h"
+#include "imaging/SxImageAlphaByte.h"
+
+#include <juce_core/juce_core.h>
+
+class TornvaleEffect : public Layer
+{
+public:
+    /** Starts at the table defaults and then rolls random settings, as a new effect does. */
+    TornvaleEffect();
+    /** Starts at the table defaults only (for renders from the command line and for tests). */
+    struct DefaultsOnly {};
+    explicit TornvaleEffect(DefaultsOnly);
+    ~TornvaleEffect() override;
+
+    Layer* createInstance() const override { return new TornvaleEffect(); }
+    juce::String getClassName() const override { return "Tornvale"; }
+    void wasDeselected() override {}
+    bool hasPresets() const override { return true; }
+
+    /** The table defaults. */
+    void setDefaults();
+    void randomize() override;
+    /** Random settings from the given generator, so that a batch can be repeated. */
+    void randomize(juce::Random& random);
+
+    void saveToDictionary(SxPropertySet& set, const LayerSaveOptions& options) const override;
+    void restoreFromDictionary(const SxPropertySet& set, const LayerSaveOptions& options) override;
+
+    void resetImage(SxImageRgbaBytes* image) override;
+    void clearCachedImages() override;
+    void onImageSizeChanged(const LayerRect& region, SxImageRgbaBytes* image) override;
+    void resizeBrushMask(SxImageRgbaBytes* image) override;
+
+    void renderLayer(LayerRenderParameters& parameters) override;
+    SxImageRgbaBytes* getRenderedImage(LayerRenderParameters& parameters) override;
+
+    /** A new, empty (all effect) mask of the image's size; drops the cached results. */
+    static void createEffectMask(const SxImageRgbaBytes& image);
+    /** Resamples the existing mask to the image's size, keeping what was painted. */
+    static void resizeEffectMask(const SxImageRgbaBytes& image);
+    static SxImageAlphaByte* getBrushMask() { return brushMask; }
+    static void deleteBrushMask();
+
+    SxImageRgbaBytes* getEffectResult() const { return effectResult; }
+    SxImageRgbaBytes* getAdjustedOriginal() const { return adjustedOriginal; }
+
+    // The eleven parameters, by their saved keys' names.
+    float preSharpen = 0.25f;
+    int preSharpenSize = 0;
+    float colorizeEdges = 0.25f;
+    float strokeLength = 0.5f;
+    float sharpen = 0.25f;
+    float brightenLight = 0.125f;
+    float smoothing = 0.25f;
+    float postSharpen = 0.25f;
+    float saturation = 0.25f;
+    float contrast = 0.25f;
+    int strokeStyle = 0; // 0 light strokes on dark, 1 dark strokes on light
+
+    /** When the source has an alpha channel, the result takes it over unchanged. */
+    bool originalImageHadAlpha = false;
+
+    /** The angle of stroke pass i (1 to 12): a half turn in steps of π / 12, from −π/2 + π/8. */
+    static float strokeAngle(int pass);
+
+private:
+    void deleteCachedImages();
+
+    SxImageRgbaBytes* effectResult = nullptr;
+    SxImageRgbaBytes* adjustedOriginal = nullptr;
+    static SxImageAlphaByte* brushMask;
+};
+
+/** Puts the effect's prototype into the layer factory, once. */
+void registerTornvaleEffect();

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# tornvale-render as a user meets it: real photos in, files out, read back by outside tools,
+# bad input named with its reason, exit status 0 / 1 / 2.
+set -u
+render="$1"
+samples="$2"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export HOME="$work/home"
+mkdir -p "$HOME"
+failures=0
+check() { # description, then a command that must succeed
+    local what="$1"; shift
+    if "$@"; then echo "ok: $what"; else echo "FAIL: $what"; failures=$((failures + 1)); fi
+}
+
+cp "$samples/coffee.png" "$samples/chelsea.png" "$work/"
+
+# One photo, the output beside it, at full size.
+"$render" "$work/coffee.png" 2>"$work/log1"; status=$?
+check "a photo renders with status 0" test "$status" -eq 0
+check "the output lies beside the input" test -f "$work/coffee_tornvale.png"
+check "one progress line on stderr" grep -q "coffee.png -> .*coffee_tornvale.png" "$work/log1"
+check "an outside reader sees a 600 x 400 picture" test "$(identify -format '%w %h' "$work/coffee_tornvale.png")" = "600 400"
+
+# Existing outputs are numbered, or replaced with --overwrite.
+"$render" "$work/coffee.png" 2>/dev/null
+check "a second run is numbered" test -f "$work/coffee_tornvale (1).png"
+"$render" --overwrite "$work/coffee.png" 2>/dev/null
+check "--overwrite adds no file" test ! -e "$work/coffee_tornvale (2).png"
+
+# The same random settings give the same picture; a setting changes it.
+"$render" --seed 5 -o "$work/a.png" "$work/chelsea.png" 2>/dev/null
+"$render" --seed 5 -o "$work/b.png" "$work/chelsea.png" 2>/dev/null
+"$render" --seed 5 --set strokeStyle=1 -o "$work/c.png" "$work/chelsea.png" 2>/dev/null
+check "--seed repeats exactly" test "$(compare -metric AE "$work/a.png" "$work/b.png" null: 2>&1)" = "0"
+check "--set changes the picture" test "$(compare -metric AE "$work/a.png" "$work/c.png" null: 2>&1)" != "0"
+
+# Resolution goes into the output file; TIFF by --format.
+convert "$samples/chelsea.png" -units PixelsPerInch -density 300 "$work/dense.jpg"
+"$render" --format tif -o "$work/dense_out" "$work/dense.jpg" 2>/dev/null
+check "--format tif writes a TIFF" test -f "$work/dense_out.tif"
+check "tiffinfo reads 300 dpi" grep -q "Resolution: 300, 300 pixels/inch" <(tiffinfo "$work/dense_out.tif" 2>/dev/null)
+
+# Bad inputs each get one line with the file and the reason; the good one among them is written.
+: > "$work/empty.jpg"
+head -c 3000 "$work/dense.jpg" > "$work/truncated.jpg"
+head -c 4000 /dev/urandom > "$work/noise.png"
+echo "not a picture" > "$work/text.tif"
+mkdir "$work/out"
+"$render" -o "$work/out" "$work/empty.jpg" "$work/truncated.jpg" "$work/noise.png" "$work/text.tif" \
+    "$work/missing.png" "$work/chelsea.png" 2>"$work/log2"; status=$?
+check "some failed: status 1" test "$status" -eq 1
+for f in empty.jpg truncated.jpg noise.png text.tif; do
+    check "$f is named as not an image" grep -q "$f: not an image" "$work/log2"
+done
+check "missing.png cannot be read" grep -q "missing.png: cannot read" "$work/log2"
+check "only the good input has an output" test "$(ls "$work/out")" = "chelsea_tornvale.png"
+
+# An unwritable place: a clear line, status 1, no file and no half file.
+"$render" -o /proc/no-such-folder/out.png "$work/chelsea.png" 2>"$work/log3"; status=$?
+check "unwritable output: status 1" test "$status" -eq 1
+check "unwritable output is named" grep -q "cannot write" "$work/log3"
+
+# Usage.
+"$render" --bogus "$work/chelsea.png" 2>/dev/null; status=$?
+check "an unknown option is a usage error (2)" test "$status" -eq 2
+check "--help fits a screen" test "$("$render" --help | wc -l)" -lt 40
+"$render" --list-presets > "$work/presets" 2>/dev/null
+check "--list-presets names the built-ins" grep -q "^01 Tornvale" "$work/presets"
+check "--list-presets wrote the built-ins" test -n "$(find "$HOME" -name '01 Tornvale.pre')"
+"$render" --preset "01 Tornvale" -o "$work/p.png" "$work/chelsea.png" 2>/dev/null
+check "a built-in preset by name renders" test -f "$work/p.png"
+"$render" --preset "No Such Preset" -o "$work/q.png" "$work/chelsea.png" 2>/dev/null; status=$?
+check "an unknown preset fails with status 1" test "$status" -eq 1
+
+echo "$failures failed"
+[ "$failures" -eq 0 ]
