@@ -1,4 +1,5 @@
 #include "app/GenericAppComponent.h"
+#include "app/CommandLineRender.h"
 
 #include "app/ParentProcess.h"
 #include "imaging/ImageFileReader.h"
@@ -106,12 +107,15 @@ void GenericAppComponent::initializeComplete()
 
     if (commandLineRender)
     {
-        // Rendering needs the effect, which this build does not contain: say so and fail rather
-        // than start a window the caller is not waiting for.
-        std::fprintf(stderr, "tornvale: cannot render %s: command-line rendering is not available in this build\n",
-                     commandLineInput.toRawUTF8());
+        // The caller waits for a file, not a window: render, save, and quit with the outcome.
         closing = true;
-        juce::JUCEApplicationBase::getInstance()->setApplicationReturnValue(1);
+        juce::File written;
+        const auto result = CommandLineRender::run(juce::File(commandLineInput), commandLineOutput, written);
+        if (result.failed())
+            std::fprintf(stderr, "tornvale: %s: %s\n", commandLineInput.toRawUTF8(), result.getErrorMessage().toRawUTF8());
+        else
+            std::fprintf(stderr, "tornvale: %s -> %s\n", commandLineInput.toRawUTF8(), written.getFullPathName().toRawUTF8());
+        juce::JUCEApplicationBase::getInstance()->setApplicationReturnValue(result.failed() ? 1 : 0);
         juce::JUCEApplicationBase::quit();
     }
 }

@@ -1,3 +1,14 @@
+#include "app/CommandLineRender.h"
 #include "app/Tornvale.h"
 
-START_JUCE_APPLICATION(Tornvale)
+JUCE_CREATE_APPLICATION_DEFINE(Tornvale)
+
+int main(int argc, char* argv[])
+{
+    // A render asked for where no window can open runs on its own, as on a server.
+    if (CommandLineRender::wantsHeadlessRun(argc, argv))
+        return CommandLineRender::runHeadless(argc, argv);
+
+    juce::JUCEApplicationBase::createInstance = &juce_CreateApplication;
+    return juce::JUCEApplicationBase::main(argc, (const char**) argv);
+}
