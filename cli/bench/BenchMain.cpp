@@ -12,6 +12,7 @@
 // GL to finish and reads back; the "net" columns subtract the same run of a pass-through copy
 // (one fetch), which is what upload and readback cost.
 
+#include "cli/bench/WholeRenderBench.h"
 #include "gpu/FilterChain.h"
 #include "gpu/GLHeaders.h"
 #include "gpu/GPUImageBox12BlurFilter.h"
@@ -45,6 +46,7 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace
@@ -163,6 +165,17 @@ double timeRun(const SxImageRgbaBytes& photo, const Row& row, int repeats)
 int main(int argc, char** argv)
 {
     juce::ScopedJuceInitialiser_GUI juce;
+    // "--whole" times whole renders (preview and 6000 x 4000) instead of single filters.
+    bool whole = false;
+    for (int i = 1; i < argc; ++i)
+        if (std::string(argv[i]) == "--whole")
+        {
+            whole = true;
+            for (int j = i; j + 1 < argc; ++j)
+                argv[j] = argv[j + 1];
+            --argc;
+            break;
+        }
     const juce::File file = argc > 1 ? juce::File::getCurrentWorkingDirectory().getChildFile(argv[1])
                                      : juce::File(TORNVALE_SOURCE_DIR).getChildFile("samples/coffee.png");
     const int repeats = argc > 2 ? std::max(1, atoi(argv[2])) : 5;
@@ -175,6 +188,11 @@ int main(int argc, char** argv)
     }
     SxImageRgbaBytes photo(*loaded);
     loaded->release();
+    if (whole)
+    {
+        std::printf("renderer: %s\n\n", GPUImageOpenGLESContext::sharedImageProcessingContext().getRendererString().toRawUTF8());
+        return WholeRenderBench::run(photo);
+    }
     photo.resize(1500, 1000, 1);
 
     ScopedGLContext scoped;
