@@ -33,14 +33,11 @@
 #include "gpu/TiledRunner.h"
 #include "imaging/ImageRGBAPixelData.h"
 
-#if __has_include("gpu/GPUImageGetTensors.h")
 #include "gpu/GPUImageAnisotropicSmooth.h"
 #include "gpu/GPUImageBlurTensors.h"
 #include "gpu/GPUImageGetTensors.h"
 #include "gpu/GPUImageGetTensorsAngle.h"
 #include "gpu/GPUImageMotionBlur.h"
-#define TORNVALE_BENCH_TENSORS 1
-#endif
 
 #include <algorithm>
 #include <cmath>
@@ -125,7 +122,6 @@ std::vector<Row> rows(const SxImageRgbaBytes& photo)
         { "colour", "SaturateContrastGamma", 1, [](FilterChain& c) { auto* f = c.make<GPUImageSaturateContrastGamma>(); f->init(); f->setSaturate(2.0f); f->setContrast(0.5f); f->setGamma(0.2f); return (GPUImageOutput*) f; } },
         { "composite", "LightenMode (overlay uploaded per draw)", 2, [&photo](FilterChain& c) { auto* f = c.make<GPUImageLightenMode>(); f->init(); f->setSourceImage(&photo); return (GPUImageOutput*) f; } },
     };
-#if TORNVALE_BENCH_TENSORS
     // Counts from the programs as written: the gradient takes 4 fetches, the tensor blur 7 per
     // pass, the angle 1, the smoothing 1 field + 1 picture fetch per step (bound 20 steps, plus the
     // first field fetch), the line blur segments + 1 per pass, segments = ceil(length / 2).
@@ -140,7 +136,6 @@ std::vector<Row> rows(const SxImageRgbaBytes& photo)
         { "tensor", "MotionBlur length 40", 2.0 * (std::ceil(40 / 2.0) + 1), [](FilterChain& c) { auto* f = c.make<GPUImageMotionBlur>(); f->initFilter(40.0f, 0); f->setAngle(0.5f); return (GPUImageOutput*) f; } },
     };
     table.insert(table.end(), tensors.begin(), tensors.end());
-#endif
     return table;
 }
 
