@@ -1,5 +1,8 @@
 #include "presets/BuiltInPresets.h"
 
+// Generated from presets/thumbnails/ at build time.
+const char* tornvale_thumbnails_find(const char* name, std::size_t* size);
+
 namespace BuiltInPresets
 {
 namespace
@@ -105,13 +108,22 @@ juce::MemoryBlock getPresetFile(int index)
     return out.getMemoryBlock();
 }
 
+juce::MemoryBlock getThumbnail(int index)
+{
+    if (index < 0 || index >= numPresets)
+        return {};
+    std::size_t size = 0;
+    const char* data = tornvale_thumbnails_find((getName(index) + ".jpg").toRawUTF8(), &size);
+    return data != nullptr ? juce::MemoryBlock(data, size) : juce::MemoryBlock();
+}
+
 std::vector<Resource> getResources()
 {
     std::vector<Resource> resources;
     resources.reserve(numPresets * 2);
     for (int i = 0; i < numPresets; ++i)
     {
-        resources.push_back({ getName(i) + ".jpg", {} });
+        resources.push_back({ getName(i) + ".jpg", getThumbnail(i) });
         resources.push_back({ getName(i) + ".pre", getPresetFile(i) });
     }
     return resources;

@@ -16,10 +16,14 @@ juce::String getName(int index);
 /** The "VER2" bytes of one built-in, or an empty block for an index out of range. */
 juce::MemoryBlock getPresetFile(int index);
 
+/** The 200 × 200 JPEG thumbnail of one built-in (the sample coffee photo rendered with it), or an
+    empty block for an index out of range. */
+juce::MemoryBlock getThumbnail(int index);
+
 struct Resource
 {
     juce::String name; ///< file name, such as "01 Tornvale.pre"
-    juce::MemoryBlock bytes; ///< empty for a resource not carried yet (the thumbnails)
+    juce::MemoryBlock bytes;
 };
 
 /** The resources in their table order: "01 ... .jpg", "01 ... .pre", "02 ... .jpg", ... */

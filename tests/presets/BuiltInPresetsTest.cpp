@@ -1,6 +1,7 @@
 // Built-in presets: their bytes against the table of values the product ships (read here by a parser of its own,
 // not by the property set), and how they reach the preset folder.
 
+#include "imaging/ImageFileReader.h"
 #include "presets/BuiltInPresets.h"
 #include "presets/EffectPresetValues.h"
 #include "presets/PresetFile.h"
@@ -204,6 +205,19 @@ TEST(BuiltInPresets, ResourcesAlternatePictureAndPresetInTableOrder)
     EXPECT_TRUE(BuiltInPresets::getPresetFolder().getFullPathName().endsWith("Tornvale Art/EffectPresets/Tornvale"));
 }
 
+TEST(BuiltInPresets, EveryBuiltInHasA200By200JpegThumbnail)
+{
+    for (int i = 0; i < BuiltInPresets::numPresets; ++i)
+    {
+        const auto bytes = BuiltInPresets::getThumbnail(i);
+        const auto decoded = ImageFileReader::readMemory(bytes.getData(), bytes.getSize(), ImageFileType::jpeg);
+        ASSERT_TRUE(decoded.ok()) << BuiltInPresets::getName(i) << ": " << decoded.error;
+        EXPECT_EQ(decoded.image->width, 200);
+        EXPECT_EQ(decoded.image->height, 200);
+    }
+    EXPECT_EQ(BuiltInPresets::getThumbnail(27).getSize(), 0u);
+}
+
 TEST(BuiltInPresets, WritingRestoresBuiltInsAndLeavesUserFilesAlone)
 {
     const juce::TemporaryFile scratch;
@@ -212,7 +226,7 @@ TEST(BuiltInPresets, WritingRestoresBuiltInsAndLeavesUserFilesAlone)
 
     ASSERT_TRUE(BuiltInPresets::writeDefaultPresets(folder));
     EXPECT_TRUE(BuiltInPresets::hasPresets(folder));
-    EXPECT_EQ(folder.getNumberOfChildFiles(juce::File::findFiles), 27) << "thumbnails are not carried yet";
+    EXPECT_EQ(folder.getNumberOfChildFiles(juce::File::findFiles), 54); // each preset beside its thumbnail
 
     const juce::File mine = folder.getChildFile("My Look.pre");
     ASSERT_TRUE(mine.replaceWithText("mine"));
@@ -228,7 +242,7 @@ TEST(BuiltInPresets, WritingRestoresBuiltInsAndLeavesUserFilesAlone)
     EXPECT_EQ(firstBytes, BuiltInPresets::getPresetFile(0));
     ASSERT_TRUE(last.loadFileAsData(lastBytes));
     EXPECT_EQ(lastBytes, BuiltInPresets::getPresetFile(26));
-    EXPECT_EQ(folder.getNumberOfChildFiles(juce::File::findFiles), 28) << "no temporary files left behind";
+    EXPECT_EQ(folder.getNumberOfChildFiles(juce::File::findFiles), 55) << "no temporary files left behind";
     scratch.getFile().deleteRecursively();
 }
 
