@@ -23,13 +23,5 @@ void GPUImageBlurTensors::setBlurSpread(float value)
 void GPUImageBlurTensors::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    if (preventRendering || filterProgram == nullptr || secondFilterProgram == nullptr || filterFramebuffer == 0)
-        return;
-    ScopedGLContext scoped;
-    // Repeats read the pair's own result, which is already upright.
-    for (int i = 1; i < passes; ++i)
-    {
-        drawFirstPass(vertices, GPUImageRotation::coordinates(GPUImageRotation::none), secondFilterOutputTexture);
-        drawSecondPass(vertices, outputTexture);
-    }
+    drawRepeatedPairs(vertices, passes);
 }

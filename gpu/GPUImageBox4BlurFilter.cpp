@@ -41,5 +41,5 @@ GLProgram* GPUImageBox4BlurFilter::secondProgramFor(const juce::String& vertexSo
 void GPUImageBox4BlurFilter::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    BoxBlurPasses::drawRepeats(*this, vertices, passes);
+    drawRepeatedPairs(vertices, passes);
 }

@@ -119,27 +119,12 @@ GLProgram* GPUImageBoxBlur::secondProgramFor(const juce::String& vertexSource, c
 void GPUImageBoxBlur::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    BoxBlurPasses::drawRepeats(*this, vertices, passes);
+    drawRepeatedPairs(vertices, passes);
 }
 
 //==============================================================================
 namespace BoxBlurPasses
 {
-void drawRepeats(GPUImageTwoPassFilter& filter, const GLfloat* vertices, int passes)
-{
-    if (passes <= 1 || filter.preventRendering || filter.filterProgram == nullptr || filter.secondFilterProgram == nullptr
-        || filter.filterFramebuffer == 0 || filter.secondFilterFramebuffer == 0)
-        return;
-    ScopedGLContext scoped;
-    // The first pass reads the finished frame (second texture) and writes the first; the second
-    // pass reads that back, so no pass reads the texture it writes.
-    for (int i = 1; i < passes; ++i)
-    {
-        filter.drawFirstPass(vertices, GPUImageRotation::coordinates(GPUImageRotation::none), filter.secondFilterOutputTexture);
-        filter.drawSecondPass(vertices, filter.getOutputTexture());
-    }
-}
-
 juce::String programKey(const juce::String& className, const juce::String& vertexSource, const juce::String& fragmentSource)
 {
     return className + ":" + juce::String::toHexString(vertexSource.hashCode64()) + ":"

@@ -34,13 +34,9 @@ public:
     bool preserveAlpha = false;
 };
 
-/** What the filters of the box family share: repeated pass pairs and program keys that tell
-    program variants apart. */
+/** What the filters of the box family share: program keys that tell program variants apart. */
 namespace BoxBlurPasses
 {
-/** After the regular draw, runs both passes passes − 1 more times, each from the filter's own
-    finished frame, so the result stays in the texture targets read. */
-void drawRepeats(GPUImageTwoPassFilter& filter, const GLfloat* vertices, int passes);
 /** A cache key that differs for every distinct pair of texts of one class. */
 juce::String programKey(const juce::String& className, const juce::String& vertexSource, const juce::String& fragmentSource);
 } // namespace BoxBlurPasses

@@ -40,5 +40,5 @@ void GPUImageFractionalBoxBlurFilter::renderToTextureWithVertices(const GLfloat*
                                                                    GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    BoxBlurPasses::drawRepeats(*this, vertices, passes);
+    drawRepeatedPairs(vertices, passes);
 }

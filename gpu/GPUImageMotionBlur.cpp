@@ -50,13 +50,5 @@ void GPUImageMotionBlur::setupFilterForSize(GPUImageSize size)
 void GPUImageMotionBlur::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    if (preventRendering || filterProgram == nullptr || secondFilterProgram == nullptr || filterFramebuffer == 0)
-        return;
-    ScopedGLContext scoped;
-    for (int i = 1; i < passes; ++i)
-    {
-        drawFirstPass(vertices, GPUImageRotation::coordinates(GPUImageRotation::none), secondFilterOutputTexture);
-        drawSecondPass(vertices, outputTexture);
-        glFinish();
-    }
+    drawRepeatedPairs(vertices, passes);
 }

@@ -169,6 +169,21 @@ void GPUImageTwoPassFilter::renderToTextureWithVertices(const GLfloat* vertices,
     drawSecondPass(vertices, outputTexture);
 }
 
+void GPUImageTwoPassFilter::drawRepeatedPairs(const GLfloat* vertices, int passes)
+{
+    if (passes <= 1 || preventRendering || filterProgram == nullptr || secondFilterProgram == nullptr || filterFramebuffer == 0
+        || secondFilterFramebuffer == 0)
+        return;
+    ScopedGLContext scoped;
+    // The first pass reads the finished frame (second texture) and writes the first; the second
+    // pass reads that back, so no pass reads the texture it writes. Repeats start upright.
+    for (int i = 1; i < passes; ++i)
+    {
+        drawFirstPass(vertices, GPUImageRotation::coordinates(GPUImageRotation::none), secondFilterOutputTexture);
+        drawSecondPass(vertices, outputTexture);
+    }
+}
+
 //==============================================================================
 bool GPUImageTwoPassTextureSamplingFilter::initWithShaders(const juce::String& firstVertex, const juce::String& firstFragment,
                                                            const juce::String& secondVertex, const juce::String& secondFragment)

@@ -32,6 +32,9 @@ public:
     void drawSecondPass(const GLfloat* vertices, GLuint sourceTexture);
     /** Draws the first program from the given texture into the first framebuffer. */
     void drawFirstPass(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture);
+    /** After the regular draw, runs both passes passes − 1 more times, each from the filter's own
+        finished frame, so the result stays in the texture targets read. */
+    void drawRepeatedPairs(const GLfloat* vertices, int passes);
 
     GLuint secondFilterOutputTexture = 0;
     GLProgram* secondFilterProgram = nullptr;
