@@ -509,7 +509,11 @@ bool SxPropertySet::writeBinary(juce::OutputStream& out) const
 }
 
 //==============================================================================
-void SxPropertySet::writeImageToDictionary(SxPropertySet& set, const juce::String& name, const SxImageRgbaBytes& image, bool raw)
+namespace
+{
+// Colour and alpha pictures are stored alike; only the bytes a pixel differ.
+template <typename Picture>
+void writePicture(SxPropertySet& set, const juce::String& name, const Picture& image, bool raw, int bytesPerPixel)
 {
     if (raw)
     {
@@ -518,23 +522,23 @@ void SxPropertySet::writeImageToDictionary(SxPropertySet& set, const juce::Strin
         set.setString(name + "_data", juce::MemoryBlock(image.pixels, image.byteCount()).toBase64Encoding());
         return;
     }
-    if (image.width <= 0 || image.height <= 0 || image.width > maxCompactSide || image.height > maxCompactSide)
+    if (image.width <= 0 || image.height <= 0 || image.width > SxPropertySet::maxCompactSide || image.height > SxPropertySet::maxCompactSide)
         return;
-    set.setString(name + "_data", encodeCompact(image.pixels, image.width, image.height, 4));
+    set.setString(name + "_data", encodeCompact(image.pixels, image.width, image.height, bytesPerPixel));
 }
 
-SxImageRgbaBytes* SxPropertySet::readImageFromDictionary(const SxPropertySet& set, const juce::String& name, bool raw)
+template <typename Picture>
+Picture* readPicture(const SxPropertySet& set, const juce::String& name, bool raw, int bytesPerPixel, PictureHeader& header)
 {
     if (raw)
-        return readRaw<SxImageRgbaBytes>(set, name, 4);
+        return readRaw<Picture>(set, name, bytesPerPixel);
 
     juce::MemoryBlock block;
     if (! decodeBase64(set.getValue(name + "_data"), block))
         return nullptr;
-    SxImageRgbaBytes* image = nullptr;
-    PictureHeader header;
-    const bool ok = readCompact(block, 4, header, [&](int w, int h) {
-        image = new SxImageRgbaBytes(w, h);
+    Picture* image = nullptr;
+    const bool ok = readCompact(block, bytesPerPixel, header, [&](int w, int h) {
+        image = new Picture(w, h);
         return image->pixels;
     });
     if (! ok)
@@ -543,44 +547,31 @@ SxImageRgbaBytes* SxPropertySet::readImageFromDictionary(const SxPropertySet& se
             image->release();
         return nullptr;
     }
-    if (header.byteOrder != 0)
+    return image;
+}
+} // namespace
+
+void SxPropertySet::writeImageToDictionary(SxPropertySet& set, const juce::String& name, const SxImageRgbaBytes& image, bool raw)
+{
+    writePicture(set, name, image, raw, 4);
+}
+
+SxImageRgbaBytes* SxPropertySet::readImageFromDictionary(const SxPropertySet& set, const juce::String& name, bool raw)
+{
+    PictureHeader header;
+    auto* image = readPicture<SxImageRgbaBytes>(set, name, raw, 4, header);
+    if (image != nullptr && ! raw && header.byteOrder != 0)
         reversePixelBytes(*image);
     return image;
 }
 
 void SxPropertySet::writeAlphaImageToDictionary(SxPropertySet& set, const juce::String& name, const SxImageAlphaByte& image, bool raw)
 {
-    if (raw)
-    {
-        set.setFloat(name + "_width", (float) image.width);
-        set.setFloat(name + "_height", (float) image.height);
-        set.setString(name + "_data", juce::MemoryBlock(image.pixels, image.byteCount()).toBase64Encoding());
-        return;
-    }
-    if (image.width <= 0 || image.height <= 0 || image.width > maxCompactSide || image.height > maxCompactSide)
-        return;
-    set.setString(name + "_data", encodeCompact(image.pixels, image.width, image.height, 1));
+    writePicture(set, name, image, raw, 1);
 }
 
 SxImageAlphaByte* SxPropertySet::readAlphaImageFromDictionary(const SxPropertySet& set, const juce::String& name, bool raw)
 {
-    if (raw)
-        return readRaw<SxImageAlphaByte>(set, name, 1);
-
-    juce::MemoryBlock block;
-    if (! decodeBase64(set.getValue(name + "_data"), block))
-        return nullptr;
-    SxImageAlphaByte* image = nullptr;
     PictureHeader header;
-    const bool ok = readCompact(block, 1, header, [&](int w, int h) {
-        image = new SxImageAlphaByte(w, h);
-        return image->pixels;
-    });
-    if (! ok)
-    {
-        if (image != nullptr)
-            image->release();
-        return nullptr;
-    }
-    return image;
+    return readPicture<SxImageAlphaByte>(set, name, raw, 1, header);
 }
