@@ -1,0 +1,145 @@
+#include "ui/SxAlertComponent.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+struct Gui
+{
+    juce::ScopedJuceInitialiser_GUI init;
+};
+
+void dispatch()
+{
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(30);
+}
+
+int countAlertLayers(juce::Component& parent)
+{
+    int n = 0;
+    for (auto* child : parent.getChildren())
+        if (child->getName() == "SxAlertOverlay")
+            ++n;
+    return n;
+}
+} // namespace
+
+TEST(Alert, ShowsCentredOverItsParentAndGoesAwayOnOK)
+{
+    Gui gui;
+    juce::Component parent;
+    parent.setSize(1000, 700);
+    int closes = 0;
+    auto* alert = SxAlertComponent::show(parent, "ExceededLayers", "Too Many Layers",
+                                         "Cannot add this as it will exceed the maximum number of layers.");
+    ASSERT_NE(alert, nullptr);
+    alert->onClose = [&closes] { ++closes; };
+    EXPECT_EQ(SxAlertComponent::findIn(parent), alert);
+    EXPECT_EQ(alert->getName(), "ExceededLayers");
+    EXPECT_EQ(alert->getTitle(), "Too Many Layers");
+    ASSERT_EQ(countAlertLayers(parent), 1);
+
+    // The dimming layer covers the parent, also after a resize; the panel stays centred on it.
+    auto* overlay = alert->getParentComponent();
+    EXPECT_EQ(overlay->getBounds(), parent.getLocalBounds());
+    EXPECT_EQ(alert->getBounds().getCentre(), parent.getLocalBounds().getCentre());
+    parent.setSize(800, 500);
+    EXPECT_EQ(overlay->getBounds(), parent.getLocalBounds());
+    EXPECT_EQ(alert->getBounds().getCentre(), parent.getLocalBounds().getCentre());
+    EXPECT_EQ(alert->getWidth(), SxAlertComponent::preferredWidth);
+    EXPECT_TRUE(alert->getOKButton().isShowing() || !parent.isShowing());
+
+    juce::Component::SafePointer<SxAlertComponent> watch(alert);
+    alert->getOKButton().triggerClick();
+    dispatch();
+    EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
+    EXPECT_EQ(countAlertLayers(parent), 0);
+    EXPECT_EQ(watch.getComponent(), nullptr); // deleted itself
+    EXPECT_EQ(closes, 1);
+}
+
+TEST(Alert, EscapeAndReturnCloseItAtOnceAndDeleteItAfterwards)
+{
+    Gui gui;
+    juce::Component parent;
+    parent.setSize(600, 400);
+    for (const int keyCode : { juce::KeyPress::escapeKey, juce::KeyPress::returnKey })
+    {
+        auto* alert = SxAlertComponent::show(parent, "saveError", "Could Not Save", "The file is read-only.");
+        int closes = 0;
+        alert->onClose = [&closes] { ++closes; };
+        juce::Component::SafePointer<SxAlertComponent> watch(alert);
+        EXPECT_TRUE(alert->keyPressed(juce::KeyPress(keyCode)));
+        // Off the parent at once, so the program is usable again before the deletion happens.
+        EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
+        EXPECT_EQ(countAlertLayers(parent), 0);
+        EXPECT_EQ(closes, 1);
+        dispatch();
+        EXPECT_EQ(watch.getComponent(), nullptr);
+        EXPECT_EQ(closes, 1);
+    }
+
+    // Other keys are swallowed and leave the alert in place.
+    auto* alert = SxAlertComponent::show(parent, "a", "A", "Message");
+    EXPECT_TRUE(alert->keyPressed(juce::KeyPress('x')));
+    EXPECT_EQ(SxAlertComponent::findIn(parent), alert);
+    alert->close();
+    alert->close(); // a second close changes nothing
+    dispatch();
+    EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
+}
+
+TEST(Alert, ASecondAlertReplacesTheFirst)
+{
+    Gui gui;
+    juce::Component parent, otherParent;
+    parent.setSize(800, 600);
+    otherParent.setSize(300, 300);
+    int firstCloses = 0;
+    auto* first = SxAlertComponent::show(parent, "first", "First", "One");
+    first->onClose = [&firstCloses] { ++firstCloses; };
+    juce::Component::SafePointer<SxAlertComponent> watchFirst(first);
+    auto* elsewhere = SxAlertComponent::show(otherParent, "other", "Other", "Beside");
+
+    auto* second = SxAlertComponent::show(parent, "second", "Second", "Two");
+    juce::Component::SafePointer<SxAlertComponent> watchSecond(second);
+    EXPECT_EQ(SxAlertComponent::findIn(parent), second);
+    EXPECT_EQ(countAlertLayers(parent), 1);
+    EXPECT_EQ(SxAlertComponent::findIn(otherParent), elsewhere); // one per parent, not one in all
+    dispatch();
+    EXPECT_EQ(watchFirst.getComponent(), nullptr);
+    EXPECT_EQ(firstCloses, 0); // replaced, not dismissed
+    EXPECT_NE(watchSecond.getComponent(), nullptr);
+    second->close();
+    elsewhere->close();
+    dispatch();
+}
+
+TEST(Alert, LongerMessagesWrapIntoATallerPanel)
+{
+    Gui gui;
+    SxAlertComponent shortAlert("s", "Title", "Short.");
+    juce::String longText;
+    for (int i = 0; i < 30; ++i)
+        longText << "This sentence makes the message longer. ";
+    SxAlertComponent longAlert("l", "Title", longText);
+    const int shortHeight = shortAlert.getPreferredHeight(400);
+    const int longHeight = longAlert.getPreferredHeight(400);
+    EXPECT_GT(longHeight, shortHeight + 100);
+    // Narrower panels need more lines.
+    EXPECT_GT(longAlert.getPreferredHeight(250), longHeight);
+    EXPECT_EQ(shortAlert.getHeight(), shortHeight); // made at its preferred size
+}
+
+TEST(Alert, AParentDeletedUnderAnOpenAlertTakesItAlong)
+{
+    Gui gui;
+    juce::Component::SafePointer<SxAlertComponent> watch;
+    {
+        juce::Component parent;
+        parent.setSize(500, 500);
+        watch = SxAlertComponent::show(parent, "a", "A", "Message");
+    }
+    dispatch();
+    EXPECT_EQ(watch.getComponent(), nullptr);
+}

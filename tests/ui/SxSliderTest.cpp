@@ -1,0 +1,278 @@
+#include "ui/SxLayoutController.h"
+#include "ui/SxSlider.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace
+{
+struct Gui
+{
+    juce::ScopedJuceInitialiser_GUI init;
+};
+
+// Records each call with the field's value at that moment, to see that the field was written
+// before the owner heard of the change.
+struct RecordingCallback : SxControlChangedCallback
+{
+    float* watched = nullptr;
+    std::vector<juce::Component*> controls;
+    std::vector<float> fieldAtCall;
+    void controlChanged(juce::Component* control) override
+    {
+        controls.push_back(control);
+        fieldAtCall.push_back(watched != nullptr ? *watched : -1.0f);
+    }
+};
+
+} // namespace
+
+TEST(SliderText, TypedPercentagesReadAsFractions)
+{
+    Gui gui;
+    SxSliderBase slider;
+    slider.setRange(0.0, 1.0, 0.01);
+    slider.setTextValueSuffix("%");
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("73%"), 0.73);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("  73 %  "), 0.73);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("73"), 0.73); // the suffix is optional
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("+5"), 0.05);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText(" + +5%"), 0.05);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("-20%"), -0.2);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("12.5%"), 0.125);
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("about 40 percent"), 0.4); // letters are dropped
+    EXPECT_EQ(slider.getValueFromText("none"), 0.0);
+    EXPECT_EQ(slider.getValueFromText(""), 0.0);
+    EXPECT_EQ(slider.getValueFromText("%"), 0.0);
+
+    // A suffix outside ASCII is removed by code points, not bytes.
+    SxSliderBase angle;
+    angle.setRange(0.0, 360.0, 1.0);
+    angle.setTextValueSuffix(juce::String::fromUTF8("\xc2\xb0"));
+    EXPECT_DOUBLE_EQ(angle.getValueFromText(juce::String::fromUTF8("45\xc2\xb0")), 45.0);
+    EXPECT_EQ(angle.getTextFromValue(45.4), juce::String::fromUTF8("45\xc2\xb0"));
+}
+
+TEST(SliderText, ShowsWholePercentsWithHalvesRoundedToEven)
+{
+    Gui gui;
+    SxSliderBase slider;
+    slider.setRange(0.0, 1.0, 0.01);
+    slider.setTextValueSuffix("%");
+    EXPECT_EQ(slider.getTextFromValue(0.731), "73%");
+    EXPECT_EQ(slider.getTextFromValue(0.736), "74%");
+    // Exactly representable halves: 12.5, 37.5, 62.5, 87.5 go to the even neighbour.
+    EXPECT_EQ(slider.getTextFromValue(0.125), "12%");
+    EXPECT_EQ(slider.getTextFromValue(0.375), "38%");
+    EXPECT_EQ(slider.getTextFromValue(0.625), "62%");
+    EXPECT_EQ(slider.getTextFromValue(0.875), "88%");
+    EXPECT_EQ(slider.getTextFromValue(-0.004), "0%"); // no "-0"
+    EXPECT_EQ(slider.getTextFromValue(-0.5), "-50%");
+
+    // -1..1 is still a percent slider.
+    slider.setRange(-1.0, 1.0, 0.01);
+    EXPECT_EQ(slider.getTextFromValue(-0.25), "-25%");
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("-25%"), -0.25);
+}
+
+TEST(SliderText, WideRangesShowAndReadTheValueUnscaled)
+{
+    Gui gui;
+    SxSliderBase slider;
+    slider.setRange(0.0, 100.0, 1.0);
+    EXPECT_EQ(slider.getTextFromValue(42.0), "42");
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("42"), 42.0);
+    EXPECT_EQ(slider.getTextFromValue(2.5), "2");
+    EXPECT_EQ(slider.getTextFromValue(3.5), "4");
+
+    // The brush size slider: 10 to 250.
+    slider.setRange(10.0, 250.0, 1.0);
+    EXPECT_EQ(slider.getTextFromValue(120.0), "120");
+    EXPECT_DOUBLE_EQ(slider.getValueFromText("+120"), 120.0);
+
+    // A range of exactly 3 is no longer shown in percent.
+    slider.setRange(0.0, 3.0, 0.1);
+    EXPECT_EQ(slider.getTextFromValue(2.0), "2");
+}
+
+TEST(SliderText, EveryStepOfAPercentSliderRoundTrips)
+{
+    Gui gui;
+    SxSliderBase slider;
+    slider.setRange(0.0, 1.0, 0.01);
+    slider.setTextValueSuffix("%");
+    for (int i = 0; i <= 100; ++i)
+    {
+        const double value = i * 0.01;
+        const auto text = slider.getTextFromValue(value);
+        EXPECT_EQ(text, juce::String(i) + "%") << "step " << i;
+        const double back = slider.getValueFromText(text);
+        EXPECT_NEAR(back, value, 1e-12) << "step " << i;
+        EXPECT_EQ(slider.getTextFromValue(back), text) << "step " << i;
+    }
+}
+
+TEST(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
+{
+    Gui gui;
+    float field = 0.5f;
+    RecordingCallback callback;
+    callback.watched = &field;
+    SxLabelSlider control("strokeLengthSlider", "Taper Length", &field, &callback);
+
+    EXPECT_EQ(control.getSlider()->getValue(), 0.5);
+    EXPECT_EQ(control.getSlider()->getMinimum(), 0.0);
+    EXPECT_EQ(control.getSlider()->getMaximum(), 1.0);
+
+    control.getSlider()->setValue(0.3, juce::sendNotificationSync);
+    EXPECT_FLOAT_EQ(field, 0.3f);
+    ASSERT_EQ(callback.controls.size(), 1u);
+    EXPECT_EQ(callback.controls[0], &control);
+    EXPECT_FLOAT_EQ(callback.fieldAtCall[0], 0.3f);
+    EXPECT_EQ(control.getValueText(), "30%");
+
+    // Steps of 0.01: a drag to 0.334 lands on 0.33.
+    control.getSlider()->setValue(0.334, juce::sendNotificationSync);
+    EXPECT_FLOAT_EQ(field, 0.33f);
+    EXPECT_EQ(callback.controls.size(), 2u);
+
+    // Setting the value it already has is no change.
+    control.getSlider()->setValue(0.33, juce::sendNotificationSync);
+    EXPECT_EQ(callback.controls.size(), 2u);
+}
+
+TEST(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
+{
+    Gui gui;
+    float field = 0.5f;
+    RecordingCallback callback;
+    callback.watched = &field;
+    SxLabelSlider control("colorizeSlider", "Colorize Detail", &field, &callback);
+    auto& value = control.getValueLabel();
+    const auto type = [&value](const juce::String& text) {
+        value.showEditor();
+        ASSERT_NE(value.getCurrentTextEditor(), nullptr);
+        value.getCurrentTextEditor()->setText(text, false);
+        value.hideEditor(false);
+    };
+
+    type("73%");
+    EXPECT_FLOAT_EQ(field, 0.73f);
+    ASSERT_EQ(callback.controls.size(), 1u);
+    EXPECT_FLOAT_EQ(callback.fieldAtCall[0], 0.73f);
+    EXPECT_EQ(control.getValueText(), "73%");
+
+    // Beyond the range the slider clamps; the text shows where it went.
+    type("+250");
+    EXPECT_FLOAT_EQ(field, 1.0f);
+    EXPECT_EQ(control.getValueText(), "100%");
+    EXPECT_EQ(callback.controls.size(), 2u);
+
+    // No digits: zero.
+    type("much");
+    EXPECT_FLOAT_EQ(field, 0.0f);
+    EXPECT_EQ(control.getValueText(), "0%");
+}
+
+TEST(SliderBinding, AByteFieldTakesTheWholeNumber)
+{
+    Gui gui;
+    std::uint8_t field = 0;
+    RecordingCallback callback;
+    SxSlider control("opacity", &field, &callback);
+    control.getSlider()->setRange(0.0, 255.0, 1.0);
+    control.getSlider()->setValue(200.0, juce::sendNotificationSync);
+    EXPECT_EQ(field, 200);
+    control.getSlider()->setValue(77.6, juce::sendNotificationSync); // the step makes it 78
+    EXPECT_EQ(field, 78);
+    EXPECT_EQ(callback.controls.size(), 2u);
+
+    field = 17;
+    control.update();
+    EXPECT_EQ(control.getSlider()->getValue(), 17.0);
+    EXPECT_EQ(callback.controls.size(), 2u);
+}
+
+TEST(SliderBinding, UpdateMovesTheSliderWithoutCallingBack)
+{
+    Gui gui;
+    float field = 0.5f;
+    RecordingCallback callback;
+    SxLabelSlider control("saturationSlider", "Color Boost", &field, &callback);
+    field = 0.8f;
+    control.update();
+    EXPECT_NEAR(control.getSlider()->getValue(), 0.8, 1e-6);
+    EXPECT_EQ(control.getValueText(), "80%");
+    EXPECT_TRUE(callback.controls.empty());
+    EXPECT_FLOAT_EQ(field, 0.8f); // and nothing was written back
+
+    // A value set on the slider directly without notification reaches the value text as well,
+    // once the message loop has run.
+    control.getSlider()->setValue(0.25, juce::dontSendNotification);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
+    EXPECT_EQ(control.getValueText(), "25%");
+    EXPECT_TRUE(callback.controls.empty());
+}
+
+TEST(SliderBinding, DoubleClickReturnsToTheOwnersValue)
+{
+    Gui gui;
+    float field = 0.9f;
+    RecordingCallback callback;
+    callback.watched = &field;
+    SxSlider control("contrastSlider", &field, &callback);
+    control.setSize(200, 20);
+    control.update();
+    control.setDoubleClickReturnValue(0.5);
+
+    auto& slider = *control.getSlider();
+    const juce::MouseEvent click(juce::Desktop::getInstance().getMainMouseSource(), { 10.0f, 10.0f }, {}, 0.0f, 0.0f, 0.0f,
+                                 0.0f, 0.0f, &slider, &slider, juce::Time::getCurrentTime(), { 10.0f, 10.0f },
+                                 juce::Time::getCurrentTime(), 2, false);
+    slider.mouseDoubleClick(click);
+    EXPECT_FLOAT_EQ(field, 0.5f);
+    ASSERT_EQ(callback.controls.size(), 1u);
+    EXPECT_FLOAT_EQ(callback.fieldAtCall[0], 0.5f);
+}
+
+TEST(LabelSlider, RelabelsKeepsTooltipsAndStacksInAColumn)
+{
+    Gui gui;
+    float lighten = 0.2f, contrast = 0.7f;
+    RecordingCallback callback;
+    SxLabelSlider first("lightenSlider", "Lighten", &lighten, &callback);
+    SxLabelSlider second("contrastSlider", "Contrast", &contrast, &callback);
+    first.setTooltip("Illuminates the whole scene");
+    EXPECT_EQ(first.getSlider()->getTooltip(), "Illuminates the whole scene");
+    EXPECT_EQ(first.getLabel().getName(), "SxLabelSliderLabel");
+    first.setLabelText("Blacken");
+    EXPECT_EQ(first.getLabelText(), "Blacken");
+    EXPECT_EQ(first.getLabel().getFont().getHeight(), 12.0f);
+
+    SxLayoutComponent column;
+    column.setSize(256, 400);
+    column.createColumn(0, 4);
+    column.addRow(&first);
+    column.addRow(&second);
+    second.setForm(SxLabelSlider::Form::compact);
+    column.relayout();
+    // The rows take their heights from their own bounds strings and span the column.
+    EXPECT_EQ(first.getHeight(), 44);
+    EXPECT_EQ(second.getY(), 44 + 4);
+    EXPECT_EQ(second.getHeight(), 34);
+    EXPECT_EQ(column.getColumnHeight(), 44 + 4 + 34);
+    const int width = first.getWidth();
+    EXPECT_GT(width, 200);
+    EXPECT_EQ(first.getSlider()->getBounds(), juce::Rectangle<int>(5, 10, width - 5, 34));
+
+    // With the name at the left, the slider starts after the name and ends at the right edge;
+    // a longer name pushes it further right.
+    second.setForm(SxLabelSlider::Form::labelLeft);
+    const int shortStart = second.getSlider()->getX();
+    EXPECT_GT(shortStart, 5);
+    EXPECT_EQ(second.getSlider()->getRight(), second.getWidth());
+    second.setLabelText("Contrast and more");
+    EXPECT_GT(second.getSlider()->getX(), shortStart);
+    EXPECT_TRUE(callback.controls.empty());
+}
