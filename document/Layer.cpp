@@ -215,8 +215,10 @@ SxImageRgbaBytes* Layer::getRenderedImage(LayerRenderParameters& parameters)
                              && outputImage->width == parameters.image->width && outputImage->height == parameters.image->height;
     if (! needsRender && sizeMatches)
         return outputImage;
-    renderLayer(parameters);
+    // Cleared before the work: a change that arrives while a render thread runs marks the layer
+    // again, and the next render picks it up instead of returning this older result.
     needsRender = false;
+    renderLayer(parameters);
     return outputImage;
 }
 

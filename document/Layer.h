@@ -12,6 +12,7 @@
 #include <juce_core/juce_core.h>
 
 #include <functional>
+#include <atomic>
 #include <vector>
 
 class LayerManager;
@@ -171,7 +172,8 @@ protected:
     LayerRect renderRegion;
     bool isSelected = false;
     bool isVisible = true;
-    bool needsRender = true;
+    /** Written on the message thread, read and cleared by a render thread. */
+    std::atomic<bool> needsRender { true };
     std::vector<Layer*> subLayers;
     Layer* parentLayer = nullptr;
 

@@ -92,6 +92,25 @@ TEST(LayerManagerRender, SecondRenderWithoutChangeReusesTheCache)
     EXPECT_EQ(stack.tint(2)->renders, 3);
 }
 
+TEST(LayerManagerRender, ChangeDuringARenderStaysPendingForTheNextOne)
+{
+    // The interface changes a layer while a render thread is inside it: the render in progress
+    // may show the old or the new value, but the next render must not return its cache.
+    Stack stack(1);
+    auto* tint = stack.tint(1);
+    tint->duringRender = [tint] {
+        tint->red = 10;
+        tint->setNeedsRender(true);
+        tint->duringRender = nullptr;
+    };
+    stack.manager.render(nullptr, false, false);
+    EXPECT_TRUE(tint->getNeedsRender());
+    EXPECT_EQ(tint->renders, 1);
+    stack.manager.render(nullptr, false, false);
+    EXPECT_EQ(tint->renders, 2);
+    EXPECT_FALSE(tint->getNeedsRender());
+}
+
 TEST(LayerManagerRender, NewInputSizeForcesRenderEvenWhenClean)
 {
     Stack stack(1);

@@ -7,11 +7,15 @@
 #include "document/SxPropertySet.h"
 
 #include <algorithm>
+#include <functional>
 
 class TintLayer : public Layer
 {
 public:
     TintLayer() { renderAfterLower = true; }
+
+    /** Runs in the middle of a render, as a change from the interface can while a thread renders. */
+    std::function<void()> duringRender;
 
     Layer* createInstance() const override { return new TintLayer(); }
     juce::String getClassName() const override { return "TintLayer"; }
@@ -34,6 +38,8 @@ public:
     {
         Layer::renderLayer(parameters);
         ++renders;
+        if (duringRender)
+            duringRender();
         if (parameters.image == nullptr)
             return;
         // The output is kept between renders, so a render of a region refreshes only that region.
