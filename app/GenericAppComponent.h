@@ -1,23 +1,41 @@
 #pragma once
 // The application's controller and the content of the main window: owns the settings, the
-// document view and the pictures, and takes a picture from a file to the screen. The product
-// class answers the framework's questions (which features exist, which sizes apply) through the
-// virtual operations below.
+// document view, the pictures, the layer stack and its history, and takes a picture from a file
+// to a rendered preview on the screen. The product class answers the framework's questions
+// (which features exist, which sizes apply) through the virtual operations below.
 
 #include "app/GenericAppDocument.h"
+#include "document/LayerCallback.h"
+#include "document/LayerManager.h"
+#include "document/LayerManagerCallback.h"
+#include "document/SxUndo.h"
 #include "imaging/SxImageRgbaBytes.h"
+#include "tools/SxTool.h"
+#include "ui/EaseComponentAnimator.h"
 
 #include <juce_data_structures/juce_data_structures.h>
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <memory>
+#include <vector>
 
 class GenericAppComponent;
+class MainTopBar;
+class EffectControlPanel;
+class RenderThread;
+class SxPanTool;
+class SxToolSwitcher;
 
 /** The one main component of the process; set by its constructor, read by messages and the window. */
 extern GenericAppComponent* mainAppComponent;
 
-class GenericAppComponent : public juce::ImageComponent
+class GenericAppComponent : public juce::ImageComponent,
+                            public LayerManagerCallback,
+                            public LayerCallback,
+                            public SxToolOwner,
+                            public juce::FileDragAndDropTarget,
+                            public juce::KeyListener,
+                            private juce::MultiTimer
 {
 public:
     /** The program's version as stored under "lastVersionNumber": major << 16 | minor << 8 | patch. */
@@ -37,6 +55,8 @@ public:
     virtual juce::String getCompanyName() = 0;
     virtual bool limitImageSize() { return false; }
     virtual bool usesHighQualityPreview() { return false; }
+    /** Makes the effect prototypes and registers them for the factory and the effect group. */
+    virtual void createEffects() {}
 
     // Start-up, in the order the window calls them; initializeComplete runs from the event loop.
     virtual void initializeApplication();
@@ -49,7 +69,7 @@ public:
     virtual bool openImage(const juce::File& file, bool showStartDelay);
     virtual bool openProject(const juce::File& file);
 
-    /** Builds the preview of the loaded picture and shows it. */
+    /** Builds the preview and the layer stack of the loaded picture and shows it. */
     virtual void newImageLoaded();
 
     /** Asked before the program ends; true lets it end. */
@@ -62,10 +82,69 @@ public:
     bool isHostKind(int kind) const;
     bool hasStarted() const { return started; }
 
+    // Rendering. A preview render runs on a RenderThread; the completion message renders again
+    // on the message thread, which returns cached layers at once and catches up with any change
+    // made while the thread ran.
+    void requestRender(bool showBusy, const LayerRect* region) override;
+    void layerNeedsRender(bool showBusy, const LayerRect* region) override;
+    float getRenderScale() override;
+    void layersChanged() override {}
+    /** Starts a preview render of region unless one runs or a document is loading. */
+    void startPreviewRender(const LayerRect& region, bool showBusy);
+    /** The Render button: a blocking preview render on the message thread. */
+    void renderImmediate();
+    /** Called by the render thread. */
+    void renderOnThread(const LayerRect& region);
+    /** Called by the completion message on the message thread. */
+    void previewRenderFinished(RenderThread* thread);
+    bool isRendering() const { return rendering; }
+    /** The number of preview renders finished since start (threaded or immediate). */
+    int getRenderCount() const { return renderCount; }
+
+    /** Press-and-hold comparison with the unfiltered picture. */
+    void showOriginal(bool pressed);
+    bool isShowingOriginal() const { return showingOriginal; }
+    /** Random settings for the effect, recorded as one undo step. */
+    void randomizeAll();
+    /** Keeps the style and varies the adjust settings (the panel's own randomize button). */
+    void randomizeEffect();
+
+    // History.
+    void layerChanged() override;
+    void setActiveTool(SxTool* tool) override;
+    void undoStep();
+    void redoStep();
+    bool canUndo() const { return undo.canUndo(); }
+    bool canRedo() const { return undo.canRedo(); }
+
+    // Tools.
+    void setCurrentTool(SxTool* tool) override;
+    SxTool* getCurrentTool() const;
+
+    /** "manualRedraw": renders start only from the Render button. */
+    void setManualRedraw(bool manual);
+    bool isManualRedraw() const;
+
+    /** Opens or closes the side panel, animated unless told otherwise. */
+    void setEffectPanelOpen(bool open, bool animate);
+    bool isEffectPanelOpen() const { return effectPanelOpen; }
+
+    /** Re-reads every control from the effect (after undo, randomize or a restore). */
+    void updateControls();
+
+    /** Shows a short message over the window, for failures the user should know about. */
+    void showAlert(const juce::String& name, const juce::String& title, const juce::String& message);
+
+    bool isInterestedInFileDrag(const juce::StringArray& files) override;
+    void filesDropped(const juce::StringArray& files, int x, int y) override;
+
     juce::PropertiesFile* getUserSettings() const { return applicationProperties.get(); }
     GenericAppDocument* getDocument() const { return document.get(); }
     SxImageRgbaBytes* getOriginalImage() const { return originalImage.get(); }
     SxImageRgbaBytes* getPreviewImage() const { return previewImage.get(); }
+    SxImageRgbaBytes* getDisplayImage() const { return displayImage.get(); }
+    LayerManager* getLayerManager() const { return layerManager.get(); }
+    Layer* getEffectLayer() const { return layerManager != nullptr ? layerManager->getEffectLayer() : nullptr; }
 
     /** Where settings and working files live: the user's configuration folder plus the name. */
     juce::File applicationDataFolder();
@@ -76,7 +155,16 @@ public:
         enlarged. */
     static juce::Rectangle<int> previewRectangleFor(juce::Rectangle<int> source, juce::Rectangle<int> limit);
 
+    /** Writes every named child's screen bounds, one "name x y w h" per line: scripts that drive
+        the window with real input find the controls by it. */
+    void writeComponentMap(const juce::File& file);
+
     void paint(juce::Graphics& g) override;
+    bool keyPressed(const juce::KeyPress& key) override;
+    /** The window hands on every key that no component took, wherever the focus is (or when
+        nothing has it yet), so the shortcuts work from any control. */
+    bool keyPressed(const juce::KeyPress& key, juce::Component* origin) override;
+    void resized() override;
 
     // Command-line state, filled by the application before initializeComplete.
     bool commandLineRender = false;
@@ -92,13 +180,51 @@ public:
     float resolutionY = 72.0f;
     juce::StringPairArray metadata;
 
+    /** One group of effects with its name and icon; this program has one. */
+    struct EffectGroup
+    {
+        std::vector<Layer*> effects;
+        juce::String name;
+        juce::Image icon;
+    };
+    std::vector<EffectGroup> effectGroups;
+    int currentEffectGroup = 0;
+
 protected:
     virtual bool loadImageFile(const juce::File& file, bool showDelay);
+    /** Puts a render result on the screen (unless the original is being shown). */
+    void showRenderedImage(SxImageRgbaBytes* image);
+    void timerCallback(int timerID) override;
+    /** Stops a running preview render and waits for it: before the document changes or at quit. */
+    void waitForRender();
+
+    enum TimerIds
+    {
+        openPanelTimer = 100,
+        closePanelTimer = 101,
+        componentMapTimer = 9100,
+        topBarRepaintTimer = 9000
+    };
 
     bool started = false;
+    bool rendering = false;
+    bool showingOriginal = false;
+    bool effectPanelOpen = true;
+    bool restoringUndo = false;
+    bool sourceHadAlpha = false;
+    int renderCount = 0;
     std::unique_ptr<juce::PropertiesFile> applicationProperties;
+    std::unique_ptr<LayerManager> layerManager;
     std::unique_ptr<GenericAppDocument> document;
+    std::unique_ptr<MainTopBar> topBar;
+    std::unique_ptr<EffectControlPanel> effectControlComponent;
+    std::unique_ptr<SxToolSwitcher> toolSwitcher;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
+    SxRef<SxImageRgbaBytes> displayImage;
+    SxUndo undo;
     juce::File currentFile;
+    juce::File componentMapFile;
+    EaseComponentAnimator panelAnimator;
+    juce::String pendingPanelBounds;
 };

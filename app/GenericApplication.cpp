@@ -1,5 +1,7 @@
 #include "app/GenericApplication.h"
 
+#include "ui/SxLookAndFeel.h"
+
 #include "app/CommandLine.h"
 #include "app/GenericAppComponent.h"
 #include "app/InitializeCompleteMessage.h"
@@ -104,6 +106,8 @@ void GenericApplication::initialise(const juce::String& text)
     maxTextureSize = textureLimit;
     juce::Logger::writeToLog("GL: maximum texture size " + juce::String(textureLimit));
 
+    lookAndFeel = std::make_unique<SxMainLookAndFeel>();
+    juce::LookAndFeel::setDefaultLookAndFeel(lookAndFeel.get());
     mainWindow = std::make_unique<OmbrikMainWindow>();
     if (mainComponent != nullptr)
         mainWindow->setName(mainComponent->getWindowTitle());
@@ -180,5 +184,7 @@ void GenericApplication::shutdown()
         instance->stopListening();
     mainWindow.reset();
     mainComponent = nullptr;
+    juce::LookAndFeel::setDefaultLookAndFeel(nullptr);
+    lookAndFeel.reset();
     instance.reset();
 }

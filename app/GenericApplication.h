@@ -37,6 +37,8 @@ public:
     void openFromSecondInstance(const juce::String& text);
 
     juce::String commandLine;
+    /** Every widget of the program wears the dark look; set before the first one exists. */
+    std::unique_ptr<juce::LookAndFeel> lookAndFeel;
     std::unique_ptr<OmbrikMainWindow> mainWindow;
     GenericAppComponent* mainComponent = nullptr;
     bool isSuspended = false;

@@ -43,6 +43,7 @@ OmbrikMainWindow::OmbrikMainWindow()
     component->setSize(size.x, size.y);
 
     setContentNonOwned(component, true);
+    addKeyListener(component);
     setSize(getWidth(), getHeight());
 
     lookAndFeel = std::make_unique<SxMainWindowLookAndFeel>();
@@ -65,6 +66,8 @@ OmbrikMainWindow::OmbrikMainWindow()
 OmbrikMainWindow::~OmbrikMainWindow()
 {
     windowStateReady = false;
+    if (component != nullptr)
+        removeKeyListener(component);
     clearContentComponent();
     ownedComponent.reset();
     setLookAndFeel(nullptr);

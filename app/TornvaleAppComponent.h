@@ -4,10 +4,15 @@
 
 #include "app/GenericAppComponent.h"
 
+#include <memory>
+
+class TornvaleEffect;
+
 class TornvaleAppComponent : public GenericAppComponent
 {
 public:
-    TornvaleAppComponent() = default;
+    TornvaleAppComponent();
+    ~TornvaleAppComponent() override;
 
     bool usesLayerStack() override { return false; }
     int getMaximumLayers() override { return 10; }
@@ -17,4 +22,11 @@ public:
     juce::String getProjectExtension() override { return "qhp"; }
     juce::String getApplicationDataName() override { return "Tornvale Art"; }
     juce::String getCompanyName() override { return "Ombrik"; }
+
+    /** The line-art effect, registered for files and as the one effect of the one group. */
+    void createEffects() override;
+    void newImageLoaded() override;
+
+private:
+    std::unique_ptr<TornvaleEffect> prototype;
 };

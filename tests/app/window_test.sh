@@ -24,6 +24,15 @@ export HOME=$work/home
 unset XDG_CONFIG_HOME
 mkdir -p "$HOME"
 data="$HOME/.config/Tornvale Art"
+# Renders start by hand here, so the view shows the photo itself: this test is about the window,
+# the second launch and the settings, and compares the screen with the photo.
+mkdir -p "$data"
+cat >"$data/Tornvale Art.plist" <<'SETTINGS'
+<?xml version="1.0" encoding="UTF-8"?>
+<PROPERTIES>
+  <VALUE name="manualRedraw" val="1"/>
+</PROPERTIES>
+SETTINGS
 pid=""
 
 cleanup() {
@@ -170,7 +179,10 @@ wait_window "^Tornvale Art$"
 geometry "$wid"
 [ "$X" -eq 100 ] && [ "$Y" -eq 80 ] || fail "window restored at $X,$Y instead of 100,80"
 close_window
-grep -q 'name="freshProjectUndoCount" val="0"' "$settings" || fail "freshProjectUndoCount not 0: $(cat "$settings")"
+# The last picture opened (chelsea, by the second launch) left one history record, its start
+# state, and no change: the count restarts at each open, and the project stays fresh.
+grep -q 'name="freshProjectUndoCount" val="1"' "$settings" || fail "freshProjectUndoCount not 1: $(cat "$settings")"
+grep -q 'name="freshProject" val="1"' "$settings" || fail "freshProject not set: $(cat "$settings")"
 
 # 6. A render request for an existing picture renders it at full size with the default settings,
 #    saves it and quits; a second request numbers its output instead of replacing the first.

@@ -1,0 +1,59 @@
+#pragma once
+// The "ADJUST" side panel: the effect's sliders and style segments in one column, each bound
+// straight to a field of the effect. A change writes the field, records an undo step and asks
+// for a render; an update re-reads every field (after undo, randomize or a restore) without
+// feeding back.
+
+#include "ui/SxComponent.h"
+#include "ui/SxLayoutController.h"
+#include "ui/SxSegmentController.h"
+
+#include <memory>
+#include <vector>
+
+class GenericAppComponent;
+class Layer;
+class SxLabelSlider;
+class SxIconButton;
+class TornvaleEffect;
+
+class EffectControlPanel : public SxComponent,
+                           public SxControlChangedCallback,
+                           public SegmentControllerCallback,
+                           private juce::Button::Listener
+{
+public:
+    explicit EffectControlPanel(GenericAppComponent& owner);
+    ~EffectControlPanel() override;
+
+    /** Binds the controls to an effect, or shows an empty panel for null. */
+    void setEffect(Layer* layer);
+    TornvaleEffect* getEffect() const { return effect; }
+
+    /** Shows every bound value again and relabels the two sliders whose meaning the taper
+        style turns around. */
+    void updateControls();
+
+    void controlChanged(juce::Component* control) override;
+    void segmentChanged(SegmentController* controller, int index) override;
+
+    void paint(juce::Graphics& g) override;
+
+    /** The slider or segment of that component name, for tests and scripts. */
+    juce::Component* findControl(const juce::String& name) const;
+
+private:
+    void buttonClicked(juce::Button*) override;
+    void buildControls();
+    /** Two controls side by side in one row of the column. */
+    juce::Component* makePair(juce::Component& left, juce::Component& right, int height);
+
+    GenericAppComponent& component;
+    TornvaleEffect* effect = nullptr;
+    juce::Label title { "effectTabSegmentTitleBar", "ADJUST" };
+    std::unique_ptr<SxIconButton> randomizeEffectButton;
+    std::unique_ptr<SxLayoutComponent> column;
+    std::vector<std::unique_ptr<juce::Component>> controls;
+    SxLabelSlider* lightenSlider = nullptr;
+    SxLabelSlider* brightenLightSlider = nullptr;
+};

@@ -1,0 +1,229 @@
+// The main component's live preview: one render at a time, the newest state always ending on the
+// screen, manual rendering, the original button, the history of changes and the side panel's
+// bindings. Pictures are the small sample photo, so each render takes about a second here.
+
+#include "app/EffectControlPanel.h"
+#include "app/RenderThread.h"
+#include "app/TornvaleAppComponent.h"
+#include "effect/TornvaleEffect.h"
+#include "ui/SxSegmentController.h"
+#include "ui/SxSlider.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace
+{
+class LivePreview : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (const char* h = std::getenv("HOME"))
+            previousHome = h;
+        home = juce::File::createTempFile("home");
+        ASSERT_TRUE(home.createDirectory());
+        ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
+        ::unsetenv("XDG_CONFIG_HOME");
+        component = std::make_unique<TornvaleAppComponent>();
+        component->setSize(1024, 601);
+        component->initializeApplication();
+        component->buildInterface();
+        component->finishInterface();
+    }
+    void TearDown() override
+    {
+        component.reset();
+        ::setenv("HOME", previousHome.toRawUTF8(), 1);
+        home.deleteRecursively();
+    }
+
+    /** Runs the message loop until no render runs (the completion message has been handled). */
+    bool waitForRenders(int timeoutMs = 120000)
+    {
+        const auto end = juce::Time::getMillisecondCounter() + (juce::uint32) timeoutMs;
+        while (currentRenderThread != nullptr && juce::Time::getMillisecondCounter() < end)
+            juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
+        return currentRenderThread == nullptr;
+    }
+
+    TornvaleEffect& effect() { return *dynamic_cast<TornvaleEffect*>(component->getEffectLayer()); }
+
+    static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
+
+    static bool samePixels(const SxImageRgbaBytes* a, const SxImageRgbaBytes* b)
+    {
+        return a != nullptr && b != nullptr && a->width == b->width && a->height == b->height
+               && std::memcmp(a->pixels, b->pixels, a->byteCount()) == 0;
+    }
+
+    /** A copy of the picture the view shows, so later renders cannot change it under the test. */
+    SxRef<SxImageRgbaBytes> shown() { return SxRef<SxImageRgbaBytes>::adopt(component->getDocument()->getImage()->clone()); }
+
+    juce::ScopedJuceInitialiser_GUI gui;
+    juce::String previousHome;
+    juce::File home;
+    std::unique_ptr<TornvaleAppComponent> component;
+};
+} // namespace
+
+TEST_F(LivePreview, OpenRendersOnceAndChangesDuringARenderEndOnScreen)
+{
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_NE(currentRenderThread, nullptr) << "opening a picture starts a preview render";
+    auto* running = currentRenderThread;
+
+    // A change while the render runs starts nothing: the lock holds, and the effect keeps the
+    // change for the completion to pick up.
+    effect().strokeLength = 0.9f;
+    effect().invalidate(nullptr);
+    EXPECT_EQ(currentRenderThread, running);
+    EXPECT_TRUE(component->isRendering());
+
+    ASSERT_TRUE(waitForRenders());
+    EXPECT_FALSE(component->isRendering());
+    EXPECT_EQ(component->getRenderCount(), 1);
+    auto onScreen = shown();
+    EXPECT_FALSE(samePixels(onScreen.get(), component->getPreviewImage())) << "the view shows line art, not the photo";
+
+    // The screen holds the render of the last state: rendering that state afresh gives it again.
+    component->getLayerManager()->markAllDirty();
+    component->renderImmediate();
+    EXPECT_TRUE(samePixels(onScreen.get(), component->getDocument()->getImage()));
+}
+
+TEST_F(LivePreview, ManualModeWaitsForTheRenderButtonAndOriginalShowsThePhoto)
+{
+    component->setManualRedraw(true);
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    EXPECT_EQ(currentRenderThread, nullptr);
+    EXPECT_EQ(component->getDocument()->getImage(), component->getPreviewImage());
+
+    effect().smoothing = 0.8f;
+    effect().invalidate(nullptr);
+    EXPECT_EQ(currentRenderThread, nullptr);
+    EXPECT_EQ(component->getRenderCount(), 0);
+
+    component->renderImmediate();
+    EXPECT_EQ(component->getRenderCount(), 1);
+    auto* art = component->getDocument()->getImage();
+    EXPECT_NE(art, component->getPreviewImage());
+
+    component->showOriginal(true);
+    EXPECT_TRUE(component->isShowingOriginal());
+    EXPECT_EQ(component->getDocument()->getImage(), component->getPreviewImage());
+    component->showOriginal(false);
+    EXPECT_EQ(component->getDocument()->getImage(), art);
+
+    // The setting outlives the program.
+    EXPECT_TRUE(component->getUserSettings()->getBoolValue("manualRedraw"));
+}
+
+TEST_F(LivePreview, HistoryKeepsFiveStatesAndFreshnessFollowsTheSecondRecord)
+{
+    component->setManualRedraw(true);
+    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    auto& settings = *component->getUserSettings();
+    // The open records the start state without making the document dirty.
+    EXPECT_EQ(settings.getIntValue("freshProjectUndoCount"), 1);
+    EXPECT_TRUE(settings.getBoolValue("freshProject"));
+    EXPECT_FALSE(component->canUndo());
+
+    for (int i = 1; i <= 6; ++i)
+    {
+        effect().contrast = (float) i / 10.0f;
+        component->layerChanged();
+    }
+    EXPECT_FALSE(settings.getBoolValue("freshProject"));
+
+    // Six changes after the start: only the last five states can be reached.
+    int steps = 0;
+    while (component->canUndo())
+    {
+        component->undoStep();
+        ++steps;
+    }
+    EXPECT_EQ(steps, 4);
+    EXPECT_FLOAT_EQ(effect().contrast, 0.2f);
+
+    component->redoStep();
+    EXPECT_FLOAT_EQ(effect().contrast, 0.3f);
+    // A change after an undo drops the redo tail.
+    effect().contrast = 0.05f;
+    component->layerChanged();
+    EXPECT_FALSE(component->canRedo());
+    component->undoStep();
+    EXPECT_FLOAT_EQ(effect().contrast, 0.3f);
+}
+
+TEST_F(LivePreview, PanelControlsWriteTheEffectAndTaperStyleRelabels)
+{
+    component->setManualRedraw(true);
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    auto* panel = dynamic_cast<EffectControlPanel*>(component->findChildWithID("effectControlComponent"));
+    ASSERT_NE(panel, nullptr);
+    ASSERT_EQ(panel->getEffect(), &effect());
+
+    auto* detail = dynamic_cast<SxLabelSlider*>(panel->findControl("preSharpenSlider"));
+    auto* lighten = dynamic_cast<SxLabelSlider*>(panel->findControl("lightenSlider"));
+    auto* brighten = dynamic_cast<SxLabelSlider*>(panel->findControl("brightenLightSlider"));
+    auto* style = dynamic_cast<SxLabelSegmentController*>(panel->findControl("strokeStyleSegment"));
+    ASSERT_TRUE(detail && lighten && brighten && style);
+
+    // "Lighten" sets the field sharpen; a user's move writes it and records one history step.
+    const int undoBefore = component->getUserSettings()->getIntValue("freshProjectUndoCount");
+    lighten->getSlider()->setValue(0.7, juce::sendNotificationSync);
+    EXPECT_NEAR(effect().sharpen, 0.7f, 1e-6);
+    EXPECT_EQ(component->getUserSettings()->getIntValue("freshProjectUndoCount"), undoBefore + 1);
+    detail->getSlider()->setValue(0.1, juce::sendNotificationSync);
+    EXPECT_NEAR(effect().preSharpen, 0.1f, 1e-6);
+
+    EXPECT_EQ(lighten->getLabelText(), "Lighten");
+    EXPECT_EQ(brighten->getLabelText(), "Brighten");
+    style->getSegmentController().getButton(1)->triggerClick();
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(50);
+    EXPECT_EQ(effect().strokeStyle, 1);
+    EXPECT_EQ(lighten->getLabelText(), "Blacken");
+    EXPECT_EQ(brighten->getLabelText(), "Darken");
+
+    // An undo moves the controls back without recording itself.
+    const int count = component->getUserSettings()->getIntValue("freshProjectUndoCount");
+    component->undoStep();
+    EXPECT_EQ(effect().strokeStyle, 0);
+    EXPECT_EQ(lighten->getLabelText(), "Lighten");
+    EXPECT_EQ(component->getUserSettings()->getIntValue("freshProjectUndoCount"), count);
+    EXPECT_NEAR(detail->getSlider()->getValue(), effect().preSharpen, 1e-6);
+}
+
+TEST_F(LivePreview, RandomizeChangesSettingsAndRecordsOneStep)
+{
+    component->setManualRedraw(true);
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    SxPropertySet before;
+    effect().saveToDictionary(before, {});
+    const int count = component->getUserSettings()->getIntValue("freshProjectUndoCount");
+    component->randomizeAll();
+    SxPropertySet after;
+    effect().saveToDictionary(after, {});
+    EXPECT_NE(before.getAllProperties().getDescription(), after.getAllProperties().getDescription());
+    EXPECT_EQ(component->getUserSettings()->getIntValue("freshProjectUndoCount"), count + 1);
+    EXPECT_TRUE(component->canUndo());
+}
+
+TEST_F(LivePreview, DropAcceptsImagesAndProjectsOnly)
+{
+    EXPECT_TRUE(component->isInterestedInFileDrag({ "/x/a.jpg" }));
+    EXPECT_TRUE(component->isInterestedInFileDrag({ "/x/readme.txt", "/x/B.TIF" }));
+    EXPECT_TRUE(component->isInterestedInFileDrag({ "/x/work.qhp" }));
+    EXPECT_FALSE(component->isInterestedInFileDrag({ "/x/readme.txt" }));
+    component->hostKind = 2; // inside a host editor the picture comes from the host
+    EXPECT_FALSE(component->isInterestedInFileDrag({ "/x/a.jpg" }));
+    component->hostKind = 0;
+
+    component->setManualRedraw(true);
+    component->filesDropped({ sample("chelsea.png").getFullPathName() }, 10, 10);
+    ASSERT_NE(component->getOriginalImage(), nullptr);
+    EXPECT_EQ(component->imagePath, sample("chelsea.png").getFullPathName());
+}
