@@ -5,12 +5,14 @@
 #include "gpu/GPUImageGaussianBlur.h"
 #include "gpu/GPUImageGetTensors.h"
 #include "gpu/GPUImageGetTensorsAngle.h"
+#include "gpu/GPUImageLabSharpenLightenFilter.h"
 #include "gpu/GPUImageLabToRGBColorConversion.h"
 #include "gpu/GPUImageMotionBlur.h"
 #include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/GPUImageRGBToLabColorConversion.h"
 #include "gpu/GPUImageUnsharpMaskChannelFilter.h"
 #include "gpu/GPUImageUnsharpMaskFilter.h"
+#include "gpu/GPUImageUnsharpMaskToLabFilter.h"
 #include "gpu/TiledRunner.h"
 
 #include <algorithm>
@@ -131,6 +133,61 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         FilterChain::wire({ smooth, lineBlur, sharpen, toLab, light, toRgb });
         built.first = smooth;
         built.last = toRgb;
+        return built;
+    });
+}
+
+void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
+                       float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
+                       float sharpenAmount, float lightRadius, float lightAmount, float scale)
+{
+    if (source.width <= 0 || source.height <= 0 || tensors.width <= 0 || result.width != source.width
+        || result.height != source.height || angles.empty())
+        return;
+    if (result.pixels != source.pixels)
+        std::memcpy(result.pixels, source.pixels, source.byteCount());
+
+    // The reach of one copy: each copy is computed from the source, not from the one before.
+    const float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
+
+    ScopedGLContext scoped;
+    if (!scoped.isValid())
+        return;
+    std::unique_ptr<FilterChain> chain;
+    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
+        chain = std::make_unique<FilterChain>();
+        TiledRunner::TileChain built;
+        built.finished = [&chain] { chain.reset(); };
+
+        // Only the line blur's angle differs between the copies, so one chain draws them all.
+        auto* smooth = chain->make<GPUImageAnisotropicSmooth>();
+        smooth->useProgramCache = true;
+        smooth->compareProgramSource = true;
+        auto* lineBlur = chain->make<GPUImageMotionBlur>();
+        lineBlur->useProgramCache = true;
+        lineBlur->compareProgramSource = true;
+        auto* sharpen = chain->make<GPUImageUnsharpMaskToLabFilter>();
+        sharpen->name = "unSharpMaskFilter1";
+        auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
+        light->name = "unSharpMaskFilter2";
+
+        if (!smooth->init(&tensorTile, smoothLength, scale) || !lineBlur->initFilter(blurLength, 0)
+            || !sharpen->init(sharpenRadius, sharpenAmount) || !light->init(lightRadius, lightAmount, 0.0f, 0.0f))
+            return built;
+        smooth->setTensorMapping(mapping.scale, mapping.offset);
+        lineBlur->setPasses(1);
+
+        FilterChain::wire({ smooth, lineBlur, sharpen, light });
+        built.first = smooth;
+        built.last = light;
+        built.runs = (int) angles.size();
+        // The smear along the field does not depend on the angle: drawn once per tile.
+        built.repeatFrom = smooth;
+        built.beforeRun = [lineBlur, light, &angles](int run) {
+            if (run == 0)
+                light->startStack();
+            lineBlur->setAngle(angles[(size_t) run]);
+        };
         return built;
     });
 }

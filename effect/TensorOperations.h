@@ -5,6 +5,8 @@
 
 #include "imaging/SxImageRgbaBytes.h"
 
+#include <vector>
+
 namespace EffectOperations
 {
 /** The size the field is computed at: the image fitted into 1000 × 1000 with its aspect ratio
@@ -23,4 +25,14 @@ void computeTensorField(SxImageRgbaBytes& image, float preBlurSigma, float tenso
 void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
                       float smoothLength, float blurLength, float angle, float sharpenRadius, float sharpenAmount,
                       float lightRadius, float lightAmount, float scale);
+
+/** The stack of stroke copies: one copy for each of `angles` (with the other arguments of
+    renderStrokePass), merged by the per-channel maximum, written into result. The same picture
+    as renderStrokePass per angle followed by lightenCombine of the copies, to a level or two of
+    rounding; but each tile is uploaded and read back once for all copies, the smear along the
+    field is drawn once, the copies are merged on the GPU, the sharpen and the Lab conversions
+    share draws, and a wide light blur is taken at a reduced size. */
+void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
+                       float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
+                       float sharpenAmount, float lightRadius, float lightAmount, float scale);
 } // namespace EffectOperations

@@ -35,6 +35,50 @@ int GPUImageGaussianBlur::reachFor(float argument, int passes)
     return 0;
 }
 
+namespace
+{
+// Second moment of one linear fetch at p texels from the centre: it reads the texels on both
+// sides of p, each by its nearness.
+double fetchMoment(double p)
+{
+    const double f = p - std::floor(p);
+    return p * p + f * (1.0 - f);
+}
+
+// One pass of the box family's program (box_blur.frag): the centre at half weight and pairs of
+// fetches 1.5, 3.5, ... steps out, the last pair weighted by lastWeight.
+double boxVariance(int pairs, double lastWeight, double spread)
+{
+    double moment = 0.0, weight = 0.5;
+    for (int i = 0; i < pairs; ++i)
+    {
+        const double w = i == pairs - 1 ? lastWeight : 1.0;
+        moment += 2.0 * w * fetchMoment((2.0 * i + 1.5) * spread);
+        weight += 2.0 * w;
+    }
+    return moment / weight;
+}
+} // namespace
+
+double GPUImageGaussianBlur::varianceFor(float argument, int passes)
+{
+    const double r = argument * 0.5;
+    passes = std::max(1, passes);
+    switch (choiceFor(argument))
+    {
+        case Choice::fractionalBox: return passes * 0.8 * fetchMoment(r);
+        case Choice::generatedBox:
+        {
+            // GPUImageBoxBlur: ceil(r / 2) pairs, the last one weighted by the fraction it covers.
+            const int pairs = (int) std::ceil(r * 0.5);
+            return passes * boxVariance(pairs, 1.0 - (pairs - r * 0.5), 1.0);
+        }
+        case Choice::twoBox8: return passes * (boxVariance(4, 1.0, r / 10.0) + boxVariance(4, 1.0, 1.0));
+        case Choice::box8ThenBox12: return 4 * boxVariance(4, 1.0, r / 10.0 * 0.7) + 3 * boxVariance(6, 1.0, 1.0);
+    }
+    return 0.0;
+}
+
 bool GPUImageGaussianBlur::init(float argument, int passes)
 {
     radius = argument * 0.5f;

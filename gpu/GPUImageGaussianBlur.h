@@ -18,6 +18,9 @@ public:
     /** How many pixels from the centre the chosen filters read, all passes together: the padding
         a tiled run needs for tiles to join without seams. */
     static int reachFor(float argument, int passes);
+    /** The spread of the blur init() builds, as its variance along one axis in texels², all
+        passes together: what a blur of another shape must match to blur as much. */
+    static double varianceFor(float argument, int passes);
 
     /** Half the argument given to init(). */
     float radius = 0.0f;

@@ -3,5 +3,5 @@
 
 juce::String GPUImageLabToRGBColorConversion::fragmentBody() const
 {
-    return ShaderStore::text("lab_to_rgb.frag");
+    return ShaderStore::text("lab_functions.glsl") + "\n" + ShaderStore::text("lab_to_rgb.frag");
 }

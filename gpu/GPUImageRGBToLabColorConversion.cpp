@@ -3,5 +3,5 @@
 
 juce::String GPUImageRGBToLabColorConversion::fragmentBody() const
 {
-    return ShaderStore::text("rgb_to_lab.frag");
+    return ShaderStore::text("lab_functions.glsl") + "\n" + ShaderStore::text("rgb_to_lab.frag");
 }

@@ -12,9 +12,8 @@ bool GPUImageUnsharpMaskFilter::init(float radius, float amount)
     unsharpFilter = addFilter(new GPUImageTwoInputFilter());
     unsharpFilter->useProgramCache = true;
     // A plain two-input filter: the cache must key its program by what it draws, not by its class.
-    unsharpFilter->className = "GPUImageUnsharpMaskFilter.mix";
-    ok = unsharpFilter->initWithFragmentShader(juce::String(ShaderStore::swizzlePrefix) + "\n" + ShaderStore::text("unsharp_mask.frag"))
-         && ok;
+    unsharpFilter->className = mixerProgramKey();
+    ok = unsharpFilter->initWithFragmentShader(mixerFragmentText()) && ok;
     setIntensity(amount);
 
     // The input reaches both members; the mixer is left out of the group's updates and draws when
@@ -24,6 +23,11 @@ bool GPUImageUnsharpMaskFilter::init(float radius, float amount)
     terminalFilter = unsharpFilter;
     inputFilterToIgnoreForUpdates = unsharpFilter;
     return ok;
+}
+
+juce::String GPUImageUnsharpMaskFilter::mixerFragmentText() const
+{
+    return juce::String(ShaderStore::swizzlePrefix) + "\n" + ShaderStore::text("unsharp_mask.frag");
 }
 
 void GPUImageUnsharpMaskFilter::setIntensity(float value)

@@ -16,6 +16,11 @@ public:
     virtual bool init(float radius, float intensity);
     void setIntensity(float value);
 
+    /** The mixing filter's program and its key in the program cache; a subclass that mixes into
+        another form of output replaces both. */
+    virtual juce::String mixerFragmentText() const;
+    virtual juce::String mixerProgramKey() const { return "GPUImageUnsharpMaskFilter.mix"; }
+
     GPUImageGaussianBlur* blurFilter = nullptr;
     GPUImageTwoInputFilter* unsharpFilter = nullptr;
     float blurRadius = 0.0f;

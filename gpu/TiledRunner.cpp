@@ -1,4 +1,5 @@
 #include "gpu/TiledRunner.h"
+#include "gpu/GPUImageFilter.h"
 #include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/GPUImageRawDataInput.h"
 
@@ -35,13 +36,22 @@ Tile makeTile(int column, int row, int width, int height, int tile, int p)
     return t;
 }
 
-// Uploads one tile, runs the chain, and writes the tile's inner part back into the image.
-void runTile(SxImageRgbaBytes& image, const SxImageRgbaBytes& tilePixels, const Tile& tile, GPUImageInput& first, GPUImageOutput& last)
+// Uploads one tile, runs the chain (runs times), and writes the tile's inner part back into the image.
+void runTile(SxImageRgbaBytes& image, const SxImageRgbaBytes& tilePixels, const Tile& tile, GPUImageInput& first, GPUImageOutput& last,
+             int runs = 1, const std::function<void(int)>& beforeRun = {}, GPUImageFilter* repeatFrom = nullptr)
 {
     auto input = std::make_unique<GPUImageRawDataInput>();
     input->uploadBytes(tilePixels.pixels, { (float) tilePixels.width, (float) tilePixels.height });
     input->addTarget(&first, 0);
-    input->processData();
+    for (int i = 0; i < runs; ++i)
+    {
+        if (beforeRun)
+            beforeRun(i);
+        if (i > 0 && repeatFrom != nullptr)
+            repeatFrom->informTargetsAboutNewFrame();
+        else
+            input->processData();
+    }
 
     int stride = 0;
     const uint8_t* result = last.readPixels(stride);
@@ -135,12 +145,12 @@ void runWithSecondImage(SxImageRgbaBytes& image, const SxImageRgbaBytes& second,
         if (chain.first != nullptr && chain.last != nullptr)
         {
             if (single)
-                runTile(image, image, tile, *chain.first, *chain.last);
+                runTile(image, image, tile, *chain.first, *chain.last, chain.runs, chain.beforeRun, chain.repeatFrom);
             else
             {
                 SxImageRgbaBytes cut(tile.outer.getWidth(), tile.outer.getHeight());
                 cut.copyOutRect(*source, cut.bounds(), tile.outer);
-                runTile(image, cut, tile, *chain.first, *chain.last);
+                runTile(image, cut, tile, *chain.first, *chain.last, chain.runs, chain.beforeRun, chain.repeatFrom);
             }
         }
         if (chain.finished)

@@ -8,6 +8,7 @@
 #include <functional>
 #include <vector>
 
+class GPUImageFilter;
 class GPUImageInput;
 class GPUImageOutput;
 
@@ -42,6 +43,13 @@ struct TileChain
     GPUImageInput* first = nullptr;
     GPUImageOutput* last = nullptr;
     std::function<void()> finished;
+    /** How often the uploaded tile is sent through the chain before the one read-back, and what
+        changes before each run (a chain that accumulates its runs, such as a stack of copies). */
+    int runs = 1;
+    std::function<void(int run)> beforeRun;
+    /** When set, runs after the first start from this node's finished frame instead of the
+        upload: what comes before it is the same in every run and is drawn once. */
+    GPUImageFilter* repeatFrom = nullptr;
 };
 
 /** Where a cut of the second image lies under a tile of the first, in 0..1 coordinates of each:

@@ -12,4 +12,6 @@ target_sources(tornvale_engine PRIVATE
   GPUImageRGBToLabColorConversion.cpp
   GPUImageLabToRGBColorConversion.cpp
   GPUImageSaturateContrastGamma.cpp
-  GPUImageLightenMode.cpp)
+  GPUImageLightenMode.cpp
+  GPUImageUnsharpMaskToLabFilter.cpp
+  GPUImageLabSharpenLightenFilter.cpp)

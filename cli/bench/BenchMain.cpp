@@ -160,6 +160,18 @@ double timeRun(const SxImageRgbaBytes& photo, const Row& row, int repeats)
 int main(int argc, char** argv)
 {
     juce::ScopedJuceInitialiser_GUI juce;
+    // "--render photo width height style out.png" and "--compare a.png b.png": before-and-after
+    // pictures of a change to the effect, and how far they differ.
+    if (argc == 7 && std::string(argv[1]) == "--render")
+    {
+        auto* loaded = SxImageConversion::fromJuceImage(juce::ImageFileFormat::loadFrom(juce::File::getCurrentWorkingDirectory().getChildFile(argv[2])));
+        if (loaded == nullptr || loaded->width <= 0)
+            return 1;
+        const SxRef<SxImageRgbaBytes> photo = SxRef<SxImageRgbaBytes>::adopt(loaded);
+        return WholeRenderBench::renderToFile(*photo, atoi(argv[3]), atoi(argv[4]), atoi(argv[5]), argv[6]);
+    }
+    if (argc == 4 && std::string(argv[1]) == "--compare")
+        return WholeRenderBench::compareFiles(argv[2], argv[3]);
     // "--whole" times whole renders (preview and 6000 x 4000) instead of single filters.
     bool whole = false;
     for (int i = 1; i < argc; ++i)

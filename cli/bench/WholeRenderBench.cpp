@@ -2,6 +2,7 @@
 #include "effect/ColourOperations.h"
 #include "effect/TensorOperations.h"
 #include "effect/TornvaleEffect.h"
+#include "imaging/ImageRGBAPixelData.h"
 
 #include <juce_core/juce_core.h>
 
@@ -30,9 +31,10 @@ double seconds(Work&& work)
     return (juce::Time::getMillisecondCounterHiRes() - start) / 1000.0;
 }
 
-SxRef<SxImageRgbaBytes> renderEffect(const SxImageRgbaBytes& source, bool highQuality)
+SxRef<SxImageRgbaBytes> renderEffect(const SxImageRgbaBytes& source, bool highQuality, int strokeStyle = 0)
 {
     TornvaleEffect effect(TornvaleEffect::DefaultsOnly {});
+    effect.strokeStyle = strokeStyle;
     SxImageRgbaBytes input(source);
     LayerRenderParameters parameters;
     parameters.image = &input;
@@ -46,7 +48,62 @@ void row(const char* what, int width, int height, double secondsTaken)
     std::printf("%-44s %5d x %-5d %9.2f s %9.0f MB\n", what, width, height, secondsTaken, peakMegabytes());
     std::fflush(stdout);
 }
+SxRef<SxImageRgbaBytes> loadPng(const char* path)
+{
+    const juce::File file = juce::File::getCurrentWorkingDirectory().getChildFile(path);
+    return SxRef<SxImageRgbaBytes>::adopt(SxImageConversion::fromJuceImage(juce::ImageFileFormat::loadFrom(file)));
+}
 } // namespace
+
+int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath)
+{
+    SxImageRgbaBytes input(photo);
+    input.resize(width, height, 3);
+    SxRef<SxImageRgbaBytes> result;
+    const double taken = seconds([&] { result = renderEffect(input, true, strokeStyle); });
+    const juce::File file = juce::File::getCurrentWorkingDirectory().getChildFile(outputPath);
+    file.deleteFile();
+    juce::FileOutputStream stream(file);
+    juce::PNGImageFormat png;
+    if (result.get() == nullptr || !stream.openedOk() || !png.writeImageToStream(SxImageConversion::toJuceImage(*result), stream))
+    {
+        std::fprintf(stderr, "cannot write %s\n", outputPath);
+        return 1;
+    }
+    row(outputPath, width, height, taken);
+    return 0;
+}
+
+int compareFiles(const char* first, const char* second)
+{
+    const auto a = loadPng(first), b = loadPng(second);
+    if (a.get() == nullptr || b.get() == nullptr || a->width != b->width || a->height != b->height || a->width <= 0)
+    {
+        std::fprintf(stderr, "cannot compare %s and %s\n", first, second);
+        return 1;
+    }
+    std::vector<long> histogram(256, 0);
+    for (int y = 0; y < a->height; ++y)
+        for (int x = 0; x < a->width; ++x)
+            for (int c = 1; c < 4; ++c) // the colour bytes; alpha is copied through unchanged
+                ++histogram[(size_t) std::abs(a->pixelAt(x, y)[c] - b->pixelAt(x, y)[c])];
+    const long total = (long) a->width * a->height * 3;
+    long cumulative = 0, p99 = -1, p999 = -1, worst = 0;
+    double sum = 0;
+    for (int d = 0; d < 256; ++d)
+    {
+        if (histogram[(size_t) d] > 0)
+            worst = d;
+        cumulative += histogram[(size_t) d];
+        sum += (double) d * histogram[(size_t) d];
+        if (p99 < 0 && cumulative * 100 >= total * 99)
+            p99 = d;
+        if (p999 < 0 && cumulative * 1000 >= total * 999)
+            p999 = d;
+    }
+    std::printf("%s vs %s: max %ld, 99.9th %ld, 99th %ld, mean %.3f of 255\n", first, second, worst, p999, p99, sum / (double) total);
+    return 0;
+}
 
 int run(const SxImageRgbaBytes& photo)
 {
@@ -68,7 +125,19 @@ int run(const SxImageRgbaBytes& photo)
                                                s * 1.5f, 1.33f, s * 7.5f, defaults.brightenLight * 1.5f, s);
         }));
 
+    // The twelve copies as the effect draws them: one stack, merged on the GPU.
+    std::vector<float> angles;
+    for (int i = 1; i <= 12; ++i)
+        angles.push_back(TornvaleEffect::strokeAngle(i));
+    SxImageRgbaBytes stack(preview);
+    row("stroke stack, 12 copies", preview.width, preview.height, seconds([&] {
+            EffectOperations::renderStrokeStack(stack, preview, tensors, (defaults.smoothing * 0.9f + 0.1f) * 10.0f,
+                                                (defaults.strokeLength * 0.95f + 0.05f) * 25.0f * s, angles, s * 1.5f, 1.33f,
+                                                s * 7.5f, defaults.brightenLight * 1.5f, s);
+        }));
+
     row("preview render (interactive)", preview.width, preview.height, seconds([&] { renderEffect(preview, false); }));
+    row("preview render again (programs compiled)", preview.width, preview.height, seconds([&] { renderEffect(preview, false); }));
 
     SxImageRgbaBytes full(photo);
     full.resize(6000, 4000, 1);

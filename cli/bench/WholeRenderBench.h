@@ -8,4 +8,13 @@ namespace WholeRenderBench
 {
 /** photo is the source at any size; it is fitted to 1500 × 1000 and enlarged to 6000 × 4000. */
 int run(const SxImageRgbaBytes& photo);
+
+/** Renders photo (resized to width × height, scale max(width, height) / 1024) with default
+    settings and the given stroke style into a PNG: the before-and-after pictures of a change to
+    the effect's code. Prints the render's wall time. */
+int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath);
+
+/** Prints the largest, 99.9th and 99th percentile per-channel difference of two PNGs of one size;
+    returns 1 when they cannot be compared. */
+int compareFiles(const char* first, const char* second);
 } // namespace WholeRenderBench

@@ -1,3 +1,4 @@
 tornvale_add_test(NAME gpu_colour_tests SOURCES
   GPUImageGaussianBlurTest.cpp
-  GPUImageColorConversionTest.cpp)
+  GPUImageColorConversionTest.cpp
+  GPUImageLabSharpenLightenTest.cpp)

@@ -1,0 +1,27 @@
+// The last draw of a stroke copy: unsharp mask per Lab channel, back to RGB, and the per-channel
+// maximum with the copies drawn before (lab_functions.glsl comes first). The blurred Lab image may
+// be smaller than the picture; it is read at the same 0..1 place, so linear filtering enlarges it.
+// The copies are opaque, so the maximum of colours and an alpha of 1 is what a lighten with full
+// strength of one copy over the other gives.
+varying highp vec2 textureCoordinate;
+varying highp vec2 textureCoordinate2;
+
+uniform sampler2D inputImageTexture;
+uniform sampler2D inputImageTexture2;
+uniform sampler2D accumulatorTexture;
+uniform highp float hasAccumulation;
+uniform highp float intensityRed;
+uniform highp float intensityGreen;
+uniform highp float intensityBlue;
+
+void main()
+{
+    highp vec4 lab = swizzleIn(texture2D(inputImageTexture, textureCoordinate));
+    highp vec3 blurredLab = swizzleIn(texture2D(inputImageTexture2, textureCoordinate2)).rgb;
+    // Rounded as the byte of a separate sharpen was: in the darks one step of L is a level of RGB.
+    highp vec3 sharpened = asStoredByte(lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue));
+    highp vec4 colour = vec4(rgbFromLab(sharpened), clamp(lab.a, 0.0, 1.0));
+    highp vec4 before = swizzleIn(texture2D(accumulatorTexture, textureCoordinate));
+    colour.rgb = max(colour.rgb, before.rgb * hasAccumulation);
+    gl_FragColor = swizzleOut(colour);
+}
