@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# A photo dropped on the window opens, as a user drags it there from a file manager: a second
+# program starts a real X drag of the file, the pointer carries it over the view and lets go.
+# Usage: drop_test.sh <tornvale executable> <drag source executable> <samples folder>
+# Exits 77 (skipped) without a display.
+set -uo pipefail
+
+app=$(realpath "$1")
+source_app=$(realpath "$2")
+samples=$(realpath "$3")
+
+if [ -z "${DISPLAY:-}" ]; then
+  echo "drop_test: no DISPLAY, skipped"
+  exit 77
+fi
+command -v xdotool >/dev/null || { echo "drop_test: xdotool missing"; exit 1; }
+
+work=$(mktemp -d)
+export HOME=$work/home
+unset XDG_CONFIG_HOME
+mkdir -p "$HOME"
+export TORNVALE_COMPONENT_MAP=$work/map.txt
+pid=""; spid=""
+
+cleanup() {
+  for p in $pid $spid; do kill "$p" 2>/dev/null; done
+  if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "drop_test: files kept in $work"; else rm -rf "$work"; fi
+}
+trap cleanup EXIT
+fail() {
+  echo "drop_test: FAIL: $*"
+  echo "--- program log"; tail -20 "$work/app.log" 2>/dev/null
+  echo "--- drag source log"; cat "$work/source.log" 2>/dev/null
+  exit 1
+}
+state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
+where() { awk -v n="$1" '$1 == n { print; exit }' "$work/map.txt"; }
+
+"$app" "$samples/coffee.png" >"$work/app.log" 2>&1 &
+pid=$!
+wid=$(timeout 60 xdotool search --sync --onlyvisible --name "Tornvale Art - coffee.png" | head -1)
+[ -n "$wid" ] || fail "no window within 60 s"
+for _ in $(seq 240); do [ -f "$work/map.txt" ] && [ "$(state renders)" -ge 1 ] 2>/dev/null && break; sleep 0.5; done
+
+"$source_app" "$samples/chelsea.png" >"$work/source.log" 2>&1 &
+spid=$!
+swid=$(timeout 30 xdotool search --sync --onlyvisible --name "tornvale drag source" | head -1)
+[ -n "$swid" ] || fail "the drag source window did not appear"
+eval "$(xdotool getwindowgeometry --shell "$swid")"
+sx=$(( X + WIDTH / 2 )); sy=$(( Y + HEIGHT / 2 ))
+
+read -r _ dx dy dw dh <<<"$(where document)"
+[ -n "${dh:-}" ] || fail "no document view in the map"
+tx=$(( dx + dw / 2 )); ty=$(( dy + dh / 2 ))
+
+renders=$(state renders)
+# Press in the source, move a little to start the drag, carry it over in steps, let go.
+xdotool mousemove --sync $(( sx - 5 )) "$sy"
+xdotool mousemove --sync "$sx" "$sy" mousedown 1
+sleep 0.2
+for i in $(seq 1 6); do xdotool mousemove --sync $(( sx + i * 3 )) $(( sy + i * 2 )); sleep 0.05; done
+grep -q "drag started: yes" "$work/source.log" || { sleep 0.5; grep -q "drag started: yes" "$work/source.log"; } \
+  || fail "the drag did not start"
+for i in $(seq 1 20); do
+  xdotool mousemove $(( sx + (tx - sx) * i / 20 )) $(( sy + (ty - sy) * i / 20 ))
+  sleep 0.05
+done
+sleep 0.3
+xdotool mousemove $(( tx + 2 )) $(( ty + 1 )); sleep 0.3
+xdotool mouseup 1
+
+timeout 30 xdotool search --sync --onlyvisible --name "Tornvale Art - chelsea.png" >/dev/null \
+  || fail "the dropped photo did not open (window title: $(xdotool getwindowname "$wid"))"
+# The window takes its title from a picture only once it has decoded it; the new picture then
+# renders as the first one did.
+for _ in $(seq 240); do [ "$(state renders)" -gt "$renders" ] && [ "$(state rendering)" = 0 ] && break; sleep 0.5; done
+[ "$(state renders)" -gt "$renders" ] || fail "no render of the dropped photo"
+echo "drop_test: dropped chelsea.png opened and rendered (renders $renders -> $(state renders))"
+echo "drop_test: PASS"
