@@ -22,6 +22,8 @@ fi
 
 # Under Xvfb from here on.
 shot="$PWD/$BUILD_DIR/sample-screenshot.png"
+# The program reports its controls and render count there; the shot waits for the first render.
+export TORNVALE_COMPONENT_MAP=$(mktemp)
 "$app" "$PWD/$sample" &
 pid=$!
 wid=$(timeout 60 xdotool search --sync --onlyvisible --name "Tornvale Art" | head -1)
@@ -30,8 +32,13 @@ if [ -z "$wid" ]; then
   kill "$pid" 2>/dev/null || true
   exit 1
 fi
-sleep 2 # the first paint follows the window's mapping
-import -window root "$shot"
+for _ in $(seq 240); do
+  grep -q '^state rendering=0 renders=[1-9]' "$TORNVALE_COMPONENT_MAP" 2>/dev/null && break
+  sleep 0.5
+done
+sleep 0.5 # the paint follows the render's arrival
+import -window "$wid" "$shot"
+rm -f "$TORNVALE_COMPONENT_MAP"
 
 # A click on the close button at the right end of the title bar, as a user would close it. The
 # pointer first moves within the window: a window mapped under a resting pointer sees no motion,
