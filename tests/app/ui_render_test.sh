@@ -211,6 +211,23 @@ value=$(rmse "$work/random.png" "$work/before-random.png")
 say "randomize changed $(diff <(echo "$before") <(echo "$after") | grep -c '^>') settings; picture RMSE $value"
 below "$value" 0.003 && fail "randomize did not change the picture"
 
+# 7. The arrow slides the Adjust panel out of the window and back.
+read -r _ px _ _ _ <<<"$(where effectControlComponent)"
+read -r _ mx _ mw _ <<<"$(where mainComponent)"
+click arrowRightButton
+sleep 1.2
+line=$(where effectControlComponent)
+if [ -n "$line" ]; then
+  read -r _ cx _ _ _ <<<"$line"
+  [ "$cx" -ge $(( mx + mw )) ] || fail "the panel did not leave the window (left edge $cx)"
+fi
+[ -n "$(where leftArrowButton)" ] || fail "no arrow to bring the panel back"
+click leftArrowButton
+sleep 1.2
+read -r _ cx _ _ _ <<<"$(where effectControlComponent)"
+[ "$cx" = "$px" ] || fail "the panel did not come back to $px (at $cx)"
+say "the Adjust panel slid out and back to x $px"
+
 if [ -n "$keep_shot" ]; then
   import -window "$wid" "$keep_shot" && say "window picture kept in $keep_shot"
 fi
