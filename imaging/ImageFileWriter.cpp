@@ -175,7 +175,10 @@ juce::Result write(const SxImageRgbaBytes& image, const juce::File& destination,
     else
     {
         juce::MemoryBlock bytes;
-        written = encode(image, type, options, bytes) && temp.getFile().replaceWithData(bytes.getData(), bytes.getSize());
+        // replaceWithData does not notice a short write (a full disk, a file size limit): compare
+        // the size on disk, or a truncated file would be renamed over the user's good one.
+        written = encode(image, type, options, bytes) && temp.getFile().replaceWithData(bytes.getData(), bytes.getSize())
+                  && temp.getFile().getSize() == (juce::int64) bytes.getSize();
     }
     if (!written)
         return juce::Result::fail("cannot write: " + destination.getParentDirectory().getFullPathName() + " is not writable or the disk is full");

@@ -4,6 +4,9 @@
 #include "support/TestImages.h"
 
 #include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
 #include <lcms2.h>
 #include <tiffio.h>
 
@@ -275,5 +278,34 @@ TEST(ImageFiles, FailedWritesLeaveNoFileAndKeepAnExistingOne)
     EXPECT_TRUE(ImageFileWriter::write(SxImageRgbaBytes(0, 0), existing, ImageFileType::png).failed());
     EXPECT_EQ(existing.loadFileAsString(), "precious");
     EXPECT_TRUE(ImageFileWriter::write(image, existing, ImageFileType::unknown).failed());
+    EXPECT_EQ(temp.folder.getNumberOfChildFiles(juce::File::findFiles | juce::File::ignoreHiddenFiles), 1);
+}
+
+TEST(ImageFiles, ShortWriteOnAFullDiskKeepsTheOldFile)
+{
+    // A file size limit stands in for a full disk: the write stops short without a signal.
+    TempFolder temp;
+    SxImageRgbaBytes noise(300, 300);
+    juce::Random random(7);
+    for (size_t i = 0; i < noise.byteCount(); ++i)
+        noise.pixels[i] = (uint8_t) random.nextInt(256);
+    const auto existing = temp.file("keep.png");
+    ASSERT_TRUE(existing.replaceWithText("precious"));
+
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old {};
+    ::getrlimit(RLIMIT_FSIZE, &old);
+    rlimit small = old;
+    small.rlim_cur = 4096;
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    for (auto type : { ImageFileType::png, ImageFileType::jpeg, ImageFileType::tiff })
+    {
+        const auto result = ImageFileWriter::write(noise, existing, type);
+        EXPECT_TRUE(result.failed()) << ImageFileTypes::extensionFor(type);
+    }
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+
+    EXPECT_EQ(existing.loadFileAsString(), "precious");
     EXPECT_EQ(temp.folder.getNumberOfChildFiles(juce::File::findFiles | juce::File::ignoreHiddenFiles), 1);
 }
