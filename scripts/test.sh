@@ -7,7 +7,7 @@ bash scripts/install-deps.sh
 bash scripts/build.sh
 cd "${BUILD_DIR:-build}"
 if [ -z "${DISPLAY:-}" ]; then
-  exec xvfb-run -a -s "-screen 0 1920x1080x24" ctest --output-on-failure -j"$(nproc)"
+  exec xvfb-run -a -s "-screen 0 1920x1080x24 -noreset" ctest --output-on-failure -j"$(nproc)"
 else
   exec ctest --output-on-failure -j"$(nproc)"
 fi
