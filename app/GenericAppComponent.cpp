@@ -1,14 +1,21 @@
 #include "app/GenericAppComponent.h"
 
+#include "app/AppCommands.h"
+#include "app/AppFileChooser.h"
 #include "app/CommandLineRender.h"
 #include "app/EffectControlPanel.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
+#include "app/PresetNamePanel.h"
 #include "app/RenderThread.h"
+#include "app/ThreadedActivityWindow.h"
+#include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
 #include "imaging/ImageFileReader.h"
+#include "imaging/ImageFileWriter.h"
 #include "imaging/ImageFileType.h"
 #include "imaging/ImageStream.h"
+#include "presets/BuiltInPresets.h"
 #include "tools/SxPanTool.h"
 #include "tools/SxToolSwitcher.h"
 #include "ui/SxAlertComponent.h"
@@ -30,6 +37,44 @@ LayerRect wholePicture()
 {
     return LayerRect::empty();
 }
+
+const juce::String unsavedQuestionName("saveProjectAlert");
+
+// Encodes in memory, writes beside the destination and renames over it only when every byte is
+// on disk: a full disk or a size limit can cut a write short without the stream saying so, and
+// the old file must then stay as it was.
+juce::Result writePhoto(const SxImageRgbaBytes& image, const juce::File& destination, const ImageWriteOptions& options)
+{
+    const auto type = ImageFileTypes::fromPath(destination.getFullPathName());
+    juce::MemoryBlock bytes;
+    if (!ImageFileWriter::encode(image, type, options, bytes))
+        return juce::Result::fail("the picture could not be encoded");
+    if (!destination.getParentDirectory().isDirectory())
+        return juce::Result::fail("the folder does not exist");
+    juce::TemporaryFile temporary(destination, juce::TemporaryFile::useHiddenFile);
+    {
+        juce::FileOutputStream out(temporary.getFile(), 16384);
+        if (out.failedToOpen() || !out.write(bytes.getData(), bytes.getSize()))
+            return juce::Result::fail("the folder is not writable");
+        out.flush();
+        if (out.getStatus().failed())
+            return juce::Result::fail("the disk is full or the folder is not writable");
+    }
+    if (temporary.getFile().getSize() != (juce::int64) bytes.getSize())
+        return juce::Result::fail("the disk is full");
+    if (!temporary.overwriteTargetFileWithTemporary())
+        return juce::Result::fail("the file could not be replaced");
+    return juce::Result::ok();
+}
+
+bool hasTransparency(const SxImageRgbaBytes& image)
+{
+    const auto count = (size_t) image.width * (size_t) image.height;
+    for (size_t i = 0; i < count; ++i)
+        if (image.pixels[i * 4] != 255)
+            return true;
+    return false;
+}
 } // namespace
 
 GenericAppComponent::GenericAppComponent()
@@ -45,6 +90,11 @@ GenericAppComponent::~GenericAppComponent()
     stopTimer(closePanelTimer);
     stopTimer(componentMapTimer);
     stopTimer(topBarRepaintTimer);
+    stopTimer(saveProjectTimer);
+    stopTimer(defaultsSavedTimer);
+    fileChooser.reset();
+    setApplicationCommandManagerToWatch(nullptr);
+    commandManager.setFirstCommandTarget(nullptr);
     if (toolSwitcher != nullptr)
         toolSwitcher->setCurrentTool(nullptr);
     if (document != nullptr)
@@ -114,6 +164,15 @@ void GenericAppComponent::initializeApplication()
     SxComponent::place(*document, "30, 34, left+parent.width - 300, top+parent.height - 150");
 
     toolSwitcher = std::make_unique<SxToolSwitcher>(document.get());
+
+    // Every menu item and shortcut goes through one command manager. This component is always
+    // asked first, wherever the keyboard focus is (or when nothing has it yet); what it does not
+    // handle (quit) falls through to the application.
+    commandManager.registerAllCommandsForTarget(this);
+    if (auto* app = juce::JUCEApplication::getInstance())
+        commandManager.registerAllCommandsForTarget(app);
+    commandManager.setFirstCommandTarget(this);
+    setApplicationCommandManagerToWatch(&commandManager);
 }
 
 void GenericAppComponent::buildInterface()
@@ -174,12 +233,54 @@ void GenericAppComponent::initializeComplete()
 
 bool GenericAppComponent::openImage(const juce::File& file, bool showStartDelay)
 {
-    return loadImageFile(file, showStartDelay);
+    bool opened = false;
+    askAboutUnsavedChanges(file.getFullPathName(), [this, file, showStartDelay, &opened] {
+        opened = loadImageFile(file, showStartDelay);
+    });
+    return opened;
 }
 
 bool GenericAppComponent::openProject(const juce::File& file)
 {
-    showAlert("openFailed", "Cannot Open Project", "Project files cannot be opened in this version:\n" + file.getFileName());
+    bool opened = false;
+    askAboutUnsavedChanges(file.getFullPathName(), [this, file, &opened] { opened = loadProject(file); });
+    return opened;
+}
+
+bool GenericAppComponent::isFreshProject() const
+{
+    return applicationProperties == nullptr || applicationProperties->getBoolValue("freshProject", true);
+}
+
+bool GenericAppComponent::askAboutUnsavedChanges(const juce::String& pathToOpen, std::function<void()> proceed)
+{
+    if (!hasDocument() || isFreshProject() || commandLineRender)
+    {
+        proceed();
+        return true;
+    }
+    // The proceed of the caller may capture its stack: it runs now or never. What runs later is
+    // an open of the same path, by its kind.
+    const juce::File file(pathToOpen);
+    auto openLater = [this, file] {
+        if (file.hasFileExtension(getProjectExtension() + ";qrp"))
+            loadProject(file);
+        else
+            loadImageFile(file, false);
+    };
+    auto* question = SxAlertComponent::ask(*this, unsavedQuestionName, "Save Project?",
+                                           "You have unsaved changes. Would you like to save?",
+                                           { "Save", "Don't Save", "Cancel" });
+    question->onAnswer = [this, openLater, pathToOpen](int answer) {
+        if (answer == 0)
+        {
+            applicationProperties->setValue("NeedsToLoadImagePath", pathToOpen);
+            saveProject(false, openLater);
+        }
+        else if (answer == 1)
+            openLater();
+    };
+    commandStatusChanged();
     return false;
 }
 
@@ -217,6 +318,7 @@ bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
     displayImage.reset();
     previewImage.reset();
     originalImage = decoded.image;
+    projectFile = juce::File();
 
     auto& settings = *applicationProperties;
     settings.setValue("ImagePath", file.getFullPathName());
@@ -275,8 +377,9 @@ void GenericAppComponent::newImageLoaded()
         layerManager->addLayer(effect);
         effect->resetImage(previewImage.get());
 
-        // Settings the user made the defaults apply to every picture opened after.
-        const auto startup = applicationProperties->getValue("startupLayerSettings");
+        // Settings the user made the defaults apply to every picture opened after (a project
+        // brings its own).
+        const auto startup = openingProject ? juce::String() : applicationProperties->getValue("startupLayerSettings");
         if (startup.isNotEmpty())
             if (auto xml = SxPropertySet::parseXmlText(startup))
             {
@@ -286,6 +389,7 @@ void GenericAppComponent::newImageLoaded()
                     effect->restoreFromDictionary(set, {});
             }
         layerManager->setSelectedLayer(effect, false);
+        prepareEffectLayer(effect);
     }
     layerManager->markAllDirty();
 
@@ -300,6 +404,78 @@ void GenericAppComponent::newImageLoaded()
     layerChanged();
     if (topBar != nullptr)
         topBar->updateButtons();
+    commandStatusChanged();
+}
+
+bool GenericAppComponent::loadProject(const juce::File& file)
+{
+    // Read it all before dropping anything, so that a file that fails leaves the document shown.
+    auto project = ProjectFile::readFile(file);
+    if (project == nullptr || project->image.get() == nullptr)
+    {
+        log("Cannot open project " + file.getFullPathName());
+        showAlert("openFailed", "Cannot Open Project", file.getFileName() + "\nThis is not a project file that can be read.");
+        return false;
+    }
+
+    waitForRender();
+    loadingDocument = true;
+    showOriginal(false);
+    document->setImage(nullptr);
+    displayImage.reset();
+    previewImage.reset();
+    originalImage = project->image;
+
+    auto& settings = *applicationProperties;
+    settings.setValue("ImagePath", file.getFullPathName());
+    settings.setValue("freshProject", true);
+    settings.setValue("freshProjectUndoCount", juce::var(0));
+    settings.setValue("NeedsToLoadImagePath", "");
+    settings.saveIfNeeded();
+
+    currentFile = file;
+    projectFile = file;
+    imagePath = file.getFullPathName();
+    metadata.clear();
+    resolutionX = (float) project->widthDpi;
+    resolutionY = (float) project->heightDpi;
+    if (!ImageStream::writeFile(*originalImage, originalBeforeEditFile()))
+        log("Cannot write " + originalBeforeEditFile().getFullPathName());
+    sourceHadAlpha = hasTransparency(*originalImage);
+
+    openingProject = true;
+    newImageLoaded();
+    openingProject = false;
+
+    if (project->settings.size() > 0)
+    {
+        // The stack comes back as it was saved; the panel must let go of the effect it shows,
+        // which the restore replaces.
+        if (effectControlComponent != nullptr)
+            effectControlComponent->setEffect(nullptr);
+        layerManager->restoreFromDictionary(project->settings, this, {}, false);
+        if (auto* effect = getEffectLayer())
+        {
+            effect->resetImage(previewImage.get());
+            layerManager->setSelectedLayer(effect, false);
+            prepareEffectLayer(effect);
+        }
+        layerManager->markAllDirty();
+        if (effectControlComponent != nullptr)
+            effectControlComponent->setEffect(getEffectLayer());
+        // The first record of the history is the state as saved, which is not a change.
+        settings.setValue("freshProjectUndoCount", juce::var(0));
+        undo.reset();
+        layerChanged();
+    }
+    updateControls();
+
+    if (auto* window = dynamic_cast<juce::DocumentWindow*>(getTopLevelComponent()))
+        window->setName(getWindowTitle());
+    loadingDocument = false;
+    commandStatusChanged();
+    layerNeedsRender(true, nullptr);
+    return true;
 }
 
 //==============================================================================
@@ -329,8 +505,9 @@ void GenericAppComponent::startPreviewRender(const LayerRect& region, bool showB
     if (previewImage.get() == nullptr || layerManager == nullptr)
         return;
     // No queue: a change made now stays in the effect, and the end of the running render
-    // renders the newest state.
-    if (loadingDocument || currentRenderThread != nullptr)
+    // renders the newest state. A job behind the activity panel holds the GL context and the
+    // layers; it puts the preview back in step when it ends.
+    if (loadingDocument || jobRunning || currentRenderThread != nullptr)
         return;
 
     LayerRect clamped = region;
@@ -426,6 +603,7 @@ void GenericAppComponent::updateControls()
         effectControlComponent->updateControls();
     if (topBar != nullptr)
         topBar->updateButtons();
+    commandStatusChanged();
 }
 
 //==============================================================================
@@ -446,6 +624,7 @@ void GenericAppComponent::layerChanged()
         settings.setValue("freshProject", false);
     if (topBar != nullptr)
         topBar->updateButtons();
+    commandStatusChanged();
 }
 
 void GenericAppComponent::setActiveTool(SxTool* tool)
@@ -535,6 +714,7 @@ void GenericAppComponent::setEffectPanelOpen(bool open, bool animate)
     if (!animate || getWidth() <= 0)
     {
         effectControlComponent->setBoundsString(bounds);
+        commandStatusChanged();
         return;
     }
     // Slide there, then hand the place back to the bounds string so a resize keeps it.
@@ -544,6 +724,7 @@ void GenericAppComponent::setEffectPanelOpen(bool open, bool animate)
     panelAnimator.animateComponent(effectControlComponent.get(), target, 1.0f, 300, false, 0.0, 0.0, Easing::sineInOut);
     pendingPanelBounds = bounds;
     startTimer(open ? closePanelTimer : openPanelTimer, 320);
+    commandStatusChanged();
 }
 
 void GenericAppComponent::timerCallback(int timerID)
@@ -560,6 +741,20 @@ void GenericAppComponent::timerCallback(int timerID)
         case topBarRepaintTimer:
             if (topBar != nullptr)
                 topBar->repaint();
+            break;
+        case saveProjectTimer:
+            if (saveProjectTo(saveDestination) && afterProjectSave)
+            {
+                auto after = std::move(afterProjectSave);
+                afterProjectSave = nullptr;
+                after();
+            }
+            afterProjectSave = nullptr;
+            break;
+        case defaultsSavedTimer:
+            showAlert("defaultSettingsAlert", "Default Settings",
+                      "Your current layers and effects have been saved as a default setting. The next time you open an "
+                      "image these settings will be applied automatically");
             break;
         case componentMapTimer:
             writeComponentMap(componentMapFile);
@@ -609,39 +804,24 @@ bool GenericAppComponent::keyPressed(const juce::KeyPress& key, juce::Component*
 
 bool GenericAppComponent::keyPressed(const juce::KeyPress& key)
 {
+    // Shortcuts first, through the command manager's key mappings; a disabled command takes
+    // its key without acting.
+    if (commandManager.getKeyMappings()->keyPressed(key, this))
+        return true;
+    // The Render button's key, which no menu lists.
     const auto mods = key.getModifiers();
-    if (mods.isCommandDown())
+    if (mods.isCommandDown() && !mods.isShiftDown())
     {
         // With Ctrl held the text character is a control code, and X11 reports letters' key
         // codes in lower case: compare letters by their upper-case code.
-        const auto c = juce::CharacterFunctions::toLowerCase(key.getTextCharacter());
         const int code = (int) juce::CharacterFunctions::toUpperCase((juce::juce_wchar) key.getKeyCode());
-        if (code == 'Z' || c == 'z')
-        {
-            mods.isShiftDown() ? redoStep() : undoStep();
-            return true;
-        }
-        if (code == 'R' || c == 'r')
+        if (code == 'R')
         {
             renderImmediate();
             return true;
         }
-        if (c == '=' || c == '+' || code == '=')
-        {
-            document->zoomIn();
-            return true;
-        }
-        if (c == '-' || code == '-')
-        {
-            document->zoomOut();
-            return true;
-        }
-        if (c == '0' || code == '0')
-        {
-            document->fitToWindow(true);
-            return true;
-        }
     }
+    // The tools of this program take no keys of their own.
     return false;
 }
 
@@ -667,6 +847,13 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
             visit(*child);
     };
     visit(*this);
+    // The menu bar lives in the window, beside this component.
+    if (auto* window = dynamic_cast<juce::DocumentWindow*>(getTopLevelComponent()))
+        if (auto* bar = window->getMenuBarComponent(); bar != nullptr && bar->isShowing())
+        {
+            const auto r = bar->getScreenBounds();
+            text << "menuBar " << r.getX() << ' ' << r.getY() << ' ' << r.getWidth() << ' ' << r.getHeight() << '\n';
+        }
     if (document->getImage() != nullptr)
     {
         const auto r = document->localAreaToGlobal(document->imageBounds()).toNearestInt();
@@ -680,12 +867,31 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
         for (int i = 0; i < pairs.size(); ++i)
             text << "param " << pairs.getAllKeys()[i] << '=' << pairs.getAllValues()[i] << '\n';
     }
+    auto* alert = SxAlertComponent::findIn(*this);
+    const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
     text << "state rendering=" << (rendering ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
          << " original=" << (showingOriginal ? 1 : 0)
-         << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0) << '\n';
+         << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
+         << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
+         << " alert=" << alertName
+         << " image=" << (hasDocument() ? juce::String(originalImage->width) + "x" + juce::String(originalImage->height) : juce::String("none"))
+         << " project=" << (projectFile == juce::File() ? juce::String("none") : projectFile.getFullPathName().replaceCharacter(' ', '_'))
+         << '\n';
+    // Enable and tick states of every command, as the menus show them: "command id enabled
+    // ticked name".
+    for (auto id : AppCommands::allCommands())
+    {
+        juce::ApplicationCommandInfo info(id);
+        getCommandInfo(id, info);
+        text << "command " << (int) id << ' ' << ((info.flags & juce::ApplicationCommandInfo::isDisabled) ? 0 : 1) << ' '
+             << ((info.flags & juce::ApplicationCommandInfo::isTicked) ? 1 : 0) << ' ' << info.shortName.replaceCharacter(' ', '_')
+             << '\n';
+    }
     const auto temp = file.getSiblingFile(file.getFileName() + ".part");
+    // rename() replaces the old map in one step, so a reader never finds it missing or half
+    // written (moveFileTo deletes the target first).
     if (temp.replaceWithText(text, false, false, "\n"))
-        temp.moveFileTo(file);
+        std::rename(temp.getFullPathName().toRawUTF8(), file.getFullPathName().toRawUTF8());
 }
 
 bool GenericAppComponent::mayQuit()
@@ -722,4 +928,352 @@ bool GenericAppComponent::isHostKind(int kind) const
 void GenericAppComponent::paint(juce::Graphics& g)
 {
     g.fillAll(juce::Colour(0xff1e1f22));
+}
+
+//==============================================================================
+// Opening and saving.
+
+void GenericAppComponent::openImageDialog()
+{
+    const auto start = juce::File(imagePath).getParentDirectory();
+    AppFileChooser::choose(fileChooser, "Open Photo", start.isDirectory() ? start : juce::File(),
+                           "*.jpg;*.jpeg;*.png;*.tif;*.tiff",
+                           juce::FileBrowserComponent::openMode | juce::FileBrowserComponent::canSelectFiles,
+                           [this](const juce::File& file) { openImage(file, false); });
+}
+
+void GenericAppComponent::openProjectDialog()
+{
+    const auto start = projectFile != juce::File() ? projectFile.getParentDirectory() : juce::File(imagePath).getParentDirectory();
+    AppFileChooser::choose(fileChooser, "Open Project", start.isDirectory() ? start : juce::File(),
+                           "*." + getProjectExtension() + ";*.qrp",
+                           juce::FileBrowserComponent::openMode | juce::FileBrowserComponent::canSelectFiles,
+                           [this](const juce::File& file) { openProject(file); });
+}
+
+void GenericAppComponent::saveImage()
+{
+    if (!hasDocument() || jobRunning)
+        return;
+    // The dialog starts at the source's own name and extension; a project's picture has no
+    // file of its own, so it is offered as a PNG beside the project.
+    auto start = currentFile;
+    if (start == juce::File() || start.hasFileExtension(getProjectExtension() + ";qrp"))
+        start = start == juce::File() ? juce::File() : start.withFileExtension("png");
+    constexpr int saveFlags = juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
+                              | juce::FileBrowserComponent::warnAboutOverwriting; // 134
+    AppFileChooser::choose(fileChooser, "Save Image Location", start, "*.jpg;*.jpeg;*.png;*.tif", saveFlags,
+                           [this](const juce::File& file) { saveImageTo(file); });
+}
+
+bool GenericAppComponent::saveImageTo(const juce::File& chosen)
+{
+    if (!hasDocument() || jobRunning)
+        return false;
+    const auto destination = AppFileChooser::photoDestination(chosen);
+    auto result = renderFullImage("Rendering...");
+    if (result.get() == nullptr)
+    {
+        showAlert("saveFailed", "Cannot Save Photo", destination.getFileName() + "\nThe picture could not be rendered.");
+        return false;
+    }
+    ImageWriteOptions options;
+    options.resolutionX = resolutionX;
+    options.resolutionY = resolutionY;
+    options.jpegQuality = 92;
+    const auto written = writePhoto(*result, destination, options);
+    if (written.failed())
+    {
+        log("Cannot save " + destination.getFullPathName() + ": " + written.getErrorMessage());
+        showAlert("saveFailed", "Cannot Save Photo", destination.getFileName() + "\n" + written.getErrorMessage());
+        return false;
+    }
+    lastSavedPhoto = destination;
+    auto& settings = *applicationProperties;
+    settings.setValue("currentSaveCount_v2", settings.getIntValue("currentSaveCount_v2", 0) + 1);
+    log("Saved " + destination.getFullPathName() + " (" + juce::String(result->width) + " x " + juce::String(result->height) + ")");
+    return true;
+}
+
+SxRef<SxImageRgbaBytes> GenericAppComponent::renderFullImage(const juce::String& message)
+{
+    auto* base = layerManager != nullptr ? dynamic_cast<StaticImageLayer*>(layerManager->getLayer(0)) : nullptr;
+    if (!hasDocument() || base == nullptr || jobRunning)
+        return {};
+    // The full render takes the GL context: a preview render must have ended first.
+    waitForRender();
+    jobRunning = true;
+    rendering = true;
+    document->setRenderingFull(true);
+    document->repaint();
+
+    // The stack renders from the full-size source, every length scaled to it (the render scale
+    // follows the picture in layer 0), with the mask resampled to that size.
+    auto applySize = [this](SxImageRgbaBytes* picture) {
+        const auto whole = LayerRect::wholeOf(*picture);
+        for (auto* layer : layerManager->getLayers())
+            layer->onImageSizeChanged(whole, picture);
+        layerManager->markAllDirty();
+    };
+    layerManager->setHighQuality(true);
+    base->setImage(originalImage.get());
+    applySize(originalImage.get());
+
+    SxRef<SxImageRgbaBytes> result;
+    {
+        RenderHiResActivityThread job(*this, message);
+        job.setMessage("Saving...");
+        job.runThread();
+        result = job.result;
+    }
+
+    // Back to the preview: the caches of the full-size run are dropped, and the preview renders
+    // again so that the view, the brush and the next change work on preview-sized layers.
+    base->setImage(previewImage.get());
+    applySize(previewImage.get());
+    layerManager->setHighQuality(false);
+    document->setRenderingFull(false);
+    rendering = false;
+    jobRunning = false;
+    startPreviewRender(wholePicture(), false);
+    return result;
+}
+
+void GenericAppComponent::saveProject(bool saveAs, std::function<void()> afterSave)
+{
+    if (!hasDocument() || jobRunning)
+        return;
+    if (projectFile != juce::File() && !saveAs)
+    {
+        startProjectSave(projectFile, std::move(afterSave));
+        return;
+    }
+    juce::File start = projectFile;
+    if (start == juce::File())
+        start = currentFile != juce::File() ? currentFile.withFileExtension(getProjectExtension())
+                                            : juce::File::getSpecialLocation(juce::File::userDocumentsDirectory).getChildFile("project");
+    constexpr int saveFlags = juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
+                              | juce::FileBrowserComponent::warnAboutOverwriting;
+    AppFileChooser::choose(fileChooser, "Save Project Location", start, "*." + getProjectExtension(), saveFlags,
+                           [this, afterSave](const juce::File& file) {
+                               startProjectSave(AppFileChooser::projectDestination(file, getProjectExtension()), afterSave);
+                           });
+}
+
+void GenericAppComponent::startProjectSave(const juce::File& file, std::function<void()> afterSave)
+{
+    // The dialog has closed when this runs; the job starts a moment later, once the window has
+    // repainted without it.
+    saveDestination = file;
+    afterProjectSave = std::move(afterSave);
+    startTimer(saveProjectTimer, 75);
+}
+
+bool GenericAppComponent::saveProjectTo(const juce::File& file)
+{
+    if (!hasDocument() || jobRunning)
+        return false;
+    // A preview render ends first (the job renders the stack for the file's preview); its
+    // picture never reached the view, so the view renders again afterwards.
+    const bool previewStopped = currentRenderThread != nullptr;
+    waitForRender();
+    jobRunning = true;
+    bool ok = false;
+    {
+        SaveProjectActivityWindow job(*this, file);
+        job.runThread();
+        ok = job.succeeded;
+    }
+    jobRunning = false;
+    if (previewStopped)
+        startPreviewRender(wholePicture(), false);
+    auto& settings = *applicationProperties;
+    settings.setValue("NeedsToLoadImagePath", "");
+    if (!ok)
+    {
+        log("Cannot save project " + file.getFullPathName());
+        showAlert("saveFailed", "Cannot Save Project", file.getFileName() + "\nThe project could not be written there.");
+        return false;
+    }
+    settings.setValue("freshProjectUndoCount", juce::var(0));
+    settings.setValue("freshProject", true);
+    settings.saveIfNeeded();
+    projectFile = file;
+    currentFile = file;
+    if (auto* window = dynamic_cast<juce::DocumentWindow*>(getTopLevelComponent()))
+        window->setName(getWindowTitle());
+    commandStatusChanged();
+    log("Saved project " + file.getFullPathName());
+    return true;
+}
+
+bool GenericAppComponent::saveProjectNow(const juce::File& file)
+{
+    if (layerManager == nullptr || originalImage.get() == nullptr)
+        return false;
+    return ProjectFile::save(file, *layerManager, *originalImage, resolutionX, resolutionY);
+}
+
+void GenericAppComponent::savePresetDialog()
+{
+    if (!hasDocument() || jobRunning || getEffectLayer() == nullptr)
+        return;
+    PresetNamePanel::show(*this, "My Preset", [this](const juce::String& name) { savePresetNamed(name); });
+}
+
+bool GenericAppComponent::savePresetNamed(const juce::String& name)
+{
+    auto* effect = getEffectLayer();
+    if (effect == nullptr || jobRunning)
+        return false;
+    const auto file = AppFileChooser::presetFileFor(BuiltInPresets::getPresetFolder(), name);
+    if (file == juce::File())
+    {
+        showAlert("saveFailed", "Cannot Save Preset", "\"" + name + "\" cannot be used as the name of a file.");
+        return false;
+    }
+    SxPropertySet settings;
+    effect->saveToDictionary(settings, {});
+    const bool previewStopped = currentRenderThread != nullptr;
+    waitForRender();
+    jobRunning = true;
+    bool ok = false;
+    {
+        SavePresetActivityWindow job(*this, file, settings, displayImage.get() != nullptr ? displayImage.get() : previewImage.get());
+        job.runThread();
+        ok = job.succeeded;
+    }
+    jobRunning = false;
+    if (previewStopped)
+        startPreviewRender(wholePicture(), false);
+    if (!ok)
+    {
+        showAlert("saveFailed", "Cannot Save Preset", file.getFileName() + "\nThe preset could not be written.");
+        return false;
+    }
+    log("Saved preset " + file.getFullPathName());
+    return true;
+}
+
+void GenericAppComponent::saveStartupSettings()
+{
+    auto* effect = getEffectLayer();
+    if (effect == nullptr)
+        return;
+    SxPropertySet settings;
+    effect->saveToDictionary(settings, {});
+    if (auto xml = settings.toXml())
+        applicationProperties->setValue("startupLayerSettings", xml->toString());
+    applicationProperties->saveIfNeeded();
+    startTimer(defaultsSavedTimer, 200);
+}
+
+void GenericAppComponent::resetStartupSettings()
+{
+    applicationProperties->removeValue("startupLayerSettings");
+    applicationProperties->saveIfNeeded();
+}
+
+void GenericAppComponent::showAboutAlert()
+{
+    const auto name = juce::JUCEApplication::getInstance() != nullptr ? juce::JUCEApplication::getInstance()->getApplicationName()
+                                                                       : getApplicationDataName();
+    showAlert("infoAlert", name,
+              "Version " + juce::String(versionNumber >> 16) + "." + juce::String((versionNumber >> 8) & 255) + "."
+                  + juce::String(versionNumber & 255)
+                  + "\nTurns photographs into line art. Open a photo, then shape the lines with the Adjust panel.");
+}
+
+//==============================================================================
+// Commands and menus.
+
+juce::ApplicationCommandTarget* GenericAppComponent::getNextCommandTarget()
+{
+    return juce::JUCEApplication::getInstance();
+}
+
+void GenericAppComponent::getAllCommands(juce::Array<juce::CommandID>& commands)
+{
+    commands.addArray(AppCommands::allCommands());
+}
+
+void GenericAppComponent::getCommandInfo(juce::CommandID commandID, juce::ApplicationCommandInfo& result)
+{
+    const auto productName = juce::JUCEApplication::getInstance() != nullptr ? juce::JUCEApplication::getInstance()->getApplicationName()
+                                                                             : getApplicationDataName();
+    AppCommands::describe(commandID, result, hasDocument(), hostKind, isHostKind(1), productName);
+    // Nothing starts while a job runs behind the activity panel.
+    if (jobRunning)
+        result.setActive(false);
+    if (commandID == AppCommands::hidePanels)
+        result.setTicked(!effectPanelOpen);
+}
+
+bool GenericAppComponent::perform(const InvocationInfo& info)
+{
+    if (AppCommands::find(info.commandID) == nullptr)
+        return false;
+    juce::ApplicationCommandInfo state(info.commandID);
+    getCommandInfo(info.commandID, state);
+    if ((state.flags & juce::ApplicationCommandInfo::isDisabled) != 0)
+        return true; // taken, but off: a menu item or key of a disabled command does nothing
+
+    switch (info.commandID)
+    {
+        case AppCommands::resetDefaults: resetStartupSettings(); break;
+        case AppCommands::defineDefaults: saveStartupSettings(); break;
+        case AppCommands::openProject: openProjectDialog(); break;
+        case AppCommands::saveProject: saveProject(true); break;
+        case AppCommands::savePreset: savePresetDialog(); break;
+        case AppCommands::savePhoto: saveImage(); break;
+        case AppCommands::undo: undoStep(); break;
+        case AppCommands::redo: redoStep(); break;
+        case AppCommands::getPhoto: openImageDialog(); break;
+        case AppCommands::zoomIn: document->zoomIn(); break;
+        case AppCommands::zoomOut: document->zoomOut(); break;
+        case AppCommands::fitInWindow: document->fitToWindow(true); break;
+        case AppCommands::actualSize: document->actualSize(); break;
+        case AppCommands::hidePanels: setEffectPanelOpen(!effectPanelOpen, true); break;
+        case AppCommands::about: showAboutAlert(); break;
+        case AppCommands::revealPresetFolder:
+        {
+            const auto folder = BuiltInPresets::getPresetFolder();
+            folder.createDirectory();
+            folder.revealToUser();
+            break;
+        }
+        default: break;
+    }
+    return true;
+}
+
+juce::StringArray GenericAppComponent::getMenuBarNames()
+{
+    return AppCommands::menuNames();
+}
+
+juce::PopupMenu GenericAppComponent::getMenuForIndex(int topLevelMenuIndex, const juce::String&)
+{
+    juce::PopupMenu menu;
+    if (topLevelMenuIndex < 0 || topLevelMenuIndex > 3)
+        return menu;
+    const auto items = AppCommands::menuItems((AppCommands::Menu) topLevelMenuIndex, hasNewProject(), usesLayerStack(),
+                                              hasPresetFolder(), hasProductTips(), false);
+    for (auto id : items)
+    {
+        if (id == 0)
+            menu.addSeparator();
+        else
+            menu.addCommandItem(&commandManager, id); // ids no target has are left out
+    }
+    return menu;
+}
+
+void GenericAppComponent::commandStatusChanged()
+{
+    // The manager tells the menu bar asynchronously; the key mappings ask for the state afresh
+    // at each key.
+    if (juce::MessageManager::getInstanceWithoutCreating() != nullptr
+        && juce::MessageManager::getInstance()->isThisTheMessageThread())
+        commandManager.commandStatusChanged();
 }

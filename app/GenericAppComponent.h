@@ -16,6 +16,7 @@
 #include <juce_data_structures/juce_data_structures.h>
 #include <juce_gui_basics/juce_gui_basics.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -35,6 +36,8 @@ class GenericAppComponent : public juce::ImageComponent,
                             public SxToolOwner,
                             public juce::FileDragAndDropTarget,
                             public juce::KeyListener,
+                            public juce::ApplicationCommandTarget,
+                            public juce::MenuBarModel,
                             private juce::MultiTimer
 {
 public:
@@ -64,10 +67,65 @@ public:
     virtual void finishInterface();
     virtual void initializeComplete();
 
-    /** Replaces the document by the picture in file. False when it cannot be read, which leaves
-        the current document as it was. */
+    /** Replaces the document by the picture in file, first asking whether unsaved changes should
+        be saved. True when the picture is open on return; false when it cannot be read (the
+        current document stays) or when the question is showing (the answer goes on from there). */
     virtual bool openImage(const juce::File& file, bool showStartDelay);
+    /** As openImage, for a project file. */
     virtual bool openProject(const juce::File& file);
+    /** Reads a project file into the document at once, with no question. False, with an alert
+        naming the file, when it is not a readable project; the open document then stays. */
+    virtual bool loadProject(const juce::File& file);
+
+    // Dialogs of the commands; each asks for a file without blocking and goes on when answered.
+    void openImageDialog();
+    void openProjectDialog();
+    /** Asks where to save the photo and saves it at full size. */
+    virtual void saveImage();
+    /** Renders at full size and writes the photo, to chosen with the photo extension rules
+        applied. False, with an alert, when it cannot be written; an older file stays whole. */
+    bool saveImageTo(const juce::File& chosen);
+    /** Saves into the project file the document came from, or asks for one (always with
+        saveAs). afterSave runs once the project has been written. */
+    void saveProject(bool saveAs, std::function<void()> afterSave = {});
+    /** Writes the project behind the activity panel and marks the document saved. */
+    bool saveProjectTo(const juce::File& file);
+    /** The writing itself; runs on the activity thread. */
+    bool saveProjectNow(const juce::File& file);
+    /** Asks for a name, then saves the effect's settings as a preset of that name. */
+    void savePresetDialog();
+    bool savePresetNamed(const juce::String& name);
+    /** The effect's present settings become what every newly opened picture starts with. */
+    void saveStartupSettings();
+    void resetStartupSettings();
+
+    /** Renders the whole stack at the source picture's size behind the activity panel and gives
+        the result (null if the render failed). The view and the layers are at preview size again
+        afterwards. */
+    SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message);
+
+    /** Runs proceed at once when the document has no unsaved change; otherwise asks "Save
+        Project?" with Save, Don't Save and Cancel, and runs proceed after the save or at once on
+        "Don't Save". True when proceed ran before returning. */
+    bool askAboutUnsavedChanges(const juce::String& pathToOpen, std::function<void()> proceed);
+    bool isFreshProject() const;
+    bool hasDocument() const { return originalImage.get() != nullptr && previewImage.get() != nullptr; }
+    const juce::File& getProjectFile() const { return projectFile; }
+
+    // Commands and menus.
+    juce::ApplicationCommandManager& getCommandManager() { return commandManager; }
+    juce::ApplicationCommandTarget* getNextCommandTarget() override;
+    void getAllCommands(juce::Array<juce::CommandID>& commands) override;
+    void getCommandInfo(juce::CommandID commandID, juce::ApplicationCommandInfo& result) override;
+    bool perform(const InvocationInfo& info) override;
+    juce::StringArray getMenuBarNames() override;
+    juce::PopupMenu getMenuForIndex(int topLevelMenuIndex, const juce::String& menuName) override;
+    void menuItemSelected(int, int) override {}
+    /** Tells the menus and key mappings that enable or tick states may have changed. */
+    void commandStatusChanged();
+    virtual bool hasNewProject() { return false; }
+    virtual bool hasPresetFolder() { return true; }
+    virtual bool hasProductTips() { return false; }
 
     /** Builds the preview and the layer stack of the loaded picture and shows it. */
     virtual void newImageLoaded();
@@ -134,6 +192,8 @@ public:
 
     /** Shows a short message over the window, for failures the user should know about. */
     void showAlert(const juce::String& name, const juce::String& title, const juce::String& message);
+    /** The program's name, version and a line on what it does. */
+    void showAboutAlert();
 
     bool isInterestedInFileDrag(const juce::StringArray& files) override;
     void filesDropped(const juce::StringArray& files, int x, int y) override;
@@ -160,6 +220,8 @@ public:
     void writeComponentMap(const juce::File& file);
 
     void paint(juce::Graphics& g) override;
+    /** Shortcuts go to the command manager's key mappings; what no command takes goes on
+        (the Render button's Ctrl+R, then the tools). */
     bool keyPressed(const juce::KeyPress& key) override;
     /** The window hands on every key that no component took, wherever the focus is (or when
         nothing has it yet), so the shortcuts work from any control. */
@@ -192,6 +254,10 @@ public:
 
 protected:
     virtual bool loadImageFile(const juce::File& file, bool showDelay);
+    /** Called with the effect layer whenever one has been made for the document (an open, a
+        restored project), before its first render. */
+    virtual void prepareEffectLayer(Layer*) {}
+    void startProjectSave(const juce::File& file, std::function<void()> afterSave);
     /** Puts a render result on the screen (unless the original is being shown). */
     void showRenderedImage(SxImageRgbaBytes* image);
     void timerCallback(int timerID) override;
@@ -202,6 +268,8 @@ protected:
     {
         openPanelTimer = 100,
         closePanelTimer = 101,
+        saveProjectTimer = 303,
+        defaultsSavedTimer = 4001,
         componentMapTimer = 9100,
         topBarRepaintTimer = 9000
     };
@@ -212,6 +280,8 @@ protected:
     bool effectPanelOpen = true;
     bool restoringUndo = false;
     bool sourceHadAlpha = false;
+    bool jobRunning = false;
+    bool openingProject = false;
     int renderCount = 0;
     std::unique_ptr<juce::PropertiesFile> applicationProperties;
     std::unique_ptr<LayerManager> layerManager;
@@ -225,6 +295,12 @@ protected:
     SxUndo undo;
     juce::File currentFile;
     juce::File componentMapFile;
+    juce::File projectFile;
+    juce::File saveDestination;
+    juce::File lastSavedPhoto;
+    std::function<void()> afterProjectSave;
+    juce::ApplicationCommandManager commandManager;
+    std::unique_ptr<juce::FileChooser> fileChooser;
     EaseComponentAnimator panelAnimator;
     juce::String pendingPanelBounds;
 };

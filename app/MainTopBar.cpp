@@ -124,8 +124,7 @@ void MainTopBar::updateButtons()
     originalButton->setEnabled(hasDocument);
     randomizeButton->setEnabled(hasDocument);
     renderButton->setEnabled(hasDocument);
-    // Saving arrives with the save commands; until then the button says so by being off.
-    savePhotoButton->setEnabled(false);
+    savePhotoButton->setEnabled(hasDocument);
 }
 
 void MainTopBar::setManualRedraw(bool manual)
@@ -148,7 +147,9 @@ void MainTopBar::buttonClicked(juce::Button* button)
 {
     auto* document = component.getDocument();
     if (button == getPhotoButton.get())
-        chooseAndOpenPhoto();
+        component.openImageDialog();
+    else if (button == savePhotoButton.get())
+        component.saveImage();
     else if (button == renderingModeCheckbox.get())
         component.setManualRedraw(renderingModeCheckbox->getToggleState());
     else if (button == renderButton.get())
@@ -166,12 +167,7 @@ void MainTopBar::buttonClicked(juce::Button* button)
     else if (button == panelArrowButton.get())
         component.setEffectPanelOpen(!component.isEffectPanelOpen(), true);
     else if (button == infoButton.get())
-        component.showAlert("infoAlert", juce::JUCEApplication::getInstance() != nullptr
-                                             ? juce::JUCEApplication::getInstance()->getApplicationName()
-                                             : juce::String("Tornvale Art"),
-                            "Version " + juce::String(component.versionNumber >> 16) + "." + juce::String((component.versionNumber >> 8) & 255)
-                                + "." + juce::String(component.versionNumber & 255)
-                                + "\nTurns photographs into line art. Open a photo, then shape the lines with the Adjust panel.");
+        component.showAboutAlert();
     updateButtons();
 }
 
@@ -187,19 +183,6 @@ void MainTopBar::buttonStateChanged(juce::Button* button)
             component.showOriginal(down);
         }
     }
-}
-
-void MainTopBar::chooseAndOpenPhoto()
-{
-    const auto start = juce::File(component.imagePath).getParentDirectory();
-    chooser = std::make_unique<juce::FileChooser>("Open Photo", start.isDirectory() ? start : juce::File(),
-                                                  "*.jpg;*.jpeg;*.png;*.tif;*.tiff");
-    chooser->launchAsync(juce::FileBrowserComponent::openMode | juce::FileBrowserComponent::canSelectFiles,
-                         [this](const juce::FileChooser& fc) {
-                             const auto file = fc.getResult();
-                             if (file.existsAsFile())
-                                 component.openImage(file, false);
-                         });
 }
 
 void MainTopBar::paint(juce::Graphics& g)

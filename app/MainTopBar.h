@@ -36,7 +36,6 @@ private:
     void buttonStateChanged(juce::Button* button) override;
     SxIconButton& addIconButton(std::unique_ptr<SxIconButton>& holder, const char* name, int kind, const char* tooltip,
                                 const char* bounds);
-    void chooseAndOpenPhoto();
 
     GenericAppComponent& component;
     std::unique_ptr<SxIconButton> getPhotoButton, savePhotoButton, undoButton, zoomInButton, zoomOutButton, redoButton,
@@ -46,6 +45,5 @@ private:
     std::unique_ptr<SxPanTool> panTool;
     std::unique_ptr<juce::Component> topBarShadow;
     std::unique_ptr<juce::TooltipWindow> tooltipWindow;
-    std::unique_ptr<juce::FileChooser> chooser;
     bool originalHeld = false;
 };

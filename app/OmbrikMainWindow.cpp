@@ -42,6 +42,8 @@ OmbrikMainWindow::OmbrikMainWindow()
     const auto size = MainWindowSize::initialContentSize(displayWidth);
     component->setSize(size.x, size.y);
 
+    // The menu bar first, so that the window's size takes in its height.
+    setMenuBar(component);
     setContentNonOwned(component, true);
     addKeyListener(component);
     setSize(getWidth(), getHeight());
@@ -68,6 +70,7 @@ OmbrikMainWindow::~OmbrikMainWindow()
     windowStateReady = false;
     if (component != nullptr)
         removeKeyListener(component);
+    setMenuBar(nullptr);
     clearContentComponent();
     ownedComponent.reset();
     setLookAndFeel(nullptr);

@@ -2,19 +2,32 @@
 
 #include "app/GenericAppComponent.h"
 
+#include <atomic>
+
 RenderThread* currentRenderThread = nullptr;
 juce::int64 lastRenderRequest = 0;
 
+namespace
+{
+std::atomic<int> threadsMade { 0 };
+}
+
+RenderPreviewCompleteMessage::RenderPreviewCompleteMessage(GenericAppComponent* owner, RenderThread* finished, int serialNumber)
+    : component(owner), thread(finished), serial(serialNumber)
+{
+}
+
 void RenderPreviewCompleteMessage::messageCallback()
 {
-    if (thread != nullptr && thread->component != nullptr)
-        thread->component->previewRenderFinished(thread);
+    auto* owner = dynamic_cast<GenericAppComponent*>(component.getComponent());
+    if (owner != nullptr && currentRenderThread == thread && currentRenderThread != nullptr && currentRenderThread->serial == serial)
+        owner->previewRenderFinished(thread);
 }
 
 RenderThread::RenderThread(GenericAppComponent* owner, const LayerRect& renderRegion)
-    : juce::Thread("Rendering..."), component(owner), region(renderRegion)
+    : juce::Thread("Rendering..."), component(owner), region(renderRegion), serial(++threadsMade)
 {
-    completionMessage = new RenderPreviewCompleteMessage(this);
+    completionMessage = new RenderPreviewCompleteMessage(owner, this, serial);
 }
 
 RenderThread::~RenderThread()

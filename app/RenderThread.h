@@ -5,7 +5,7 @@
 
 #include "document/LayerRenderParameters.h"
 
-#include <juce_events/juce_events.h>
+#include <juce_gui_basics/juce_gui_basics.h>
 
 class GenericAppComponent;
 class RenderThread;
@@ -15,15 +15,20 @@ extern RenderThread* currentRenderThread;
 /** When the last render was asked for (milliseconds of the system clock). */
 extern juce::int64 lastRenderRequest;
 
-/** Posted by a finished RenderThread; runs on the message thread. */
+/** Posted by a finished RenderThread; runs on the message thread. An open or a quit may have
+    stopped and deleted the thread, or the component, before the message arrives: then it does
+    nothing. It therefore never reaches through the thread pointer it holds, and tells threads
+    apart by their serial number, since a new thread may reuse a deleted one's address. */
 class RenderPreviewCompleteMessage : public juce::CallbackMessage
 {
 public:
-    explicit RenderPreviewCompleteMessage(RenderThread* finished) : thread(finished) {}
+    RenderPreviewCompleteMessage(GenericAppComponent* owner, RenderThread* finished, int serialNumber);
     void messageCallback() override;
 
 private:
+    juce::Component::SafePointer<juce::Component> component;
     RenderThread* thread;
+    int serial;
 };
 
 class RenderThread : public juce::Thread
@@ -36,6 +41,8 @@ public:
 
     GenericAppComponent* const component;
     LayerRect region;
+    /** Counts the threads of the process; the completion message checks it. */
+    const int serial;
     /** Held from creation so the message exists even if posting fails at quit. */
     juce::ReferenceCountedObjectPtr<RenderPreviewCompleteMessage> completionMessage;
 };

@@ -30,10 +30,9 @@ void TornvaleAppComponent::createEffects()
     currentEffectGroup = 0;
 }
 
-void TornvaleAppComponent::newImageLoaded()
+void TornvaleAppComponent::prepareEffectLayer(Layer* layer)
 {
-    GenericAppComponent::newImageLoaded();
     // The effect keeps a picture's transparency only when the picture had some.
-    if (auto* effect = dynamic_cast<TornvaleEffect*>(getEffectLayer()))
+    if (auto* effect = dynamic_cast<TornvaleEffect*>(layer))
         effect->originalImageHadAlpha = sourceHadAlpha;
 }

@@ -25,7 +25,9 @@ public:
 
     /** The line-art effect, registered for files and as the one effect of the one group. */
     void createEffects() override;
-    void newImageLoaded() override;
+
+protected:
+    void prepareEffectLayer(Layer* layer) override;
 
 private:
     std::unique_ptr<TornvaleEffect> prototype;

@@ -91,12 +91,51 @@ SxAlertComponent::SxAlertComponent(const juce::String& componentName, const juce
                                    const juce::String& messageText)
     : SxComponent(componentName), title(titleText), message(messageText)
 {
+    setUp();
+}
+
+SxAlertComponent::SxAlertComponent(const juce::String& componentName, const juce::String& titleText,
+                                   const juce::String& messageText, const juce::StringArray& answers)
+    : SxComponent(componentName), title(titleText), message(messageText)
+{
+    if (!answers.isEmpty())
+        okButton.setButtonText(answers[0]);
+    for (int i = 1; i < answers.size(); ++i)
+    {
+        auto button = std::make_unique<SxRoundRectangleButton>("SxAlertAnswerButton" + juce::String(i), answers[i]);
+        button->setFontHeight(13.0f);
+        button->onClick = [this, i] { answer(i); };
+        addAndMakeVisible(*button);
+        extraButtons.push_back(std::move(button));
+    }
+    setUp();
+}
+
+void SxAlertComponent::setUp()
+{
     setWantsKeyboardFocus(true);
     okButton.setProminent(true);
     okButton.setFontHeight(13.0f);
-    okButton.onClick = [this] { close(); };
+    okButton.onClick = [this] { answer(0); };
     addAndMakeVisible(okButton);
     setSize(preferredWidth, getPreferredHeight(preferredWidth));
+}
+
+juce::Button* SxAlertComponent::getAnswerButton(int index)
+{
+    if (index == 0)
+        return &okButton;
+    return index > 0 && index <= (int) extraButtons.size() ? extraButtons[(size_t) index - 1].get() : nullptr;
+}
+
+void SxAlertComponent::answer(int index)
+{
+    if (closed)
+        return;
+    const auto callback = onAnswer; // close() may delete the alert
+    close();
+    if (callback)
+        callback(index);
 }
 
 SxAlertComponent::~SxAlertComponent() = default;
@@ -107,6 +146,20 @@ SxAlertComponent* SxAlertComponent::show(juce::Component& parent, const juce::St
     if (auto* previous = overlayIn(parent))
         previous->retire();
     auto* alert = new SxAlertComponent(componentName, titleText, messageText);
+    auto* overlay = new AlertOverlay(parent, alert);
+    overlay->toFront(false);
+    if (alert->isShowing())
+        alert->grabKeyboardFocus();
+    return alert;
+}
+
+SxAlertComponent* SxAlertComponent::ask(juce::Component& parent, const juce::String& componentName,
+                                        const juce::String& titleText, const juce::String& messageText,
+                                        const juce::StringArray& answers)
+{
+    if (auto* previous = overlayIn(parent))
+        previous->retire();
+    auto* alert = new SxAlertComponent(componentName, titleText, messageText, answers);
     auto* overlay = new AlertOverlay(parent, alert);
     overlay->toFront(false);
     if (alert->isShowing())
@@ -136,9 +189,14 @@ void SxAlertComponent::close()
 
 bool SxAlertComponent::keyPressed(const juce::KeyPress& key)
 {
-    if (key == juce::KeyPress::returnKey || key == juce::KeyPress::escapeKey)
+    if (key == juce::KeyPress::returnKey)
     {
-        close();
+        answer(0);
+        return true;
+    }
+    if (key == juce::KeyPress::escapeKey)
+    {
+        answer(getNumAnswers() - 1);
         return true;
     }
     // Everything else stops here too: the alert stands in front of the program until dismissed.
@@ -181,5 +239,11 @@ void SxAlertComponent::paint(juce::Graphics& g)
 
 void SxAlertComponent::resized()
 {
-    okButton.setBounds(getWidth() - margin - buttonWidth, getHeight() - 16 - buttonHeight, buttonWidth, buttonHeight);
+    int right = getWidth() - margin;
+    okButton.setBounds(right - buttonWidth, getHeight() - 16 - buttonHeight, buttonWidth, buttonHeight);
+    for (auto& button : extraButtons)
+    {
+        right -= buttonWidth + 8;
+        button->setBounds(right - buttonWidth, getHeight() - 16 - buttonHeight, buttonWidth, buttonHeight);
+    }
 }

@@ -227,3 +227,22 @@ TEST_F(LivePreview, DropAcceptsImagesAndProjectsOnly)
     ASSERT_NE(component->getOriginalImage(), nullptr);
     EXPECT_EQ(component->imagePath, sample("chelsea.png").getFullPathName());
 }
+
+TEST_F(LivePreview, StoppedRendersLeaveNoStaleCompletion)
+{
+    // A second open stops the first render; the first render's completion, still queued, must
+    // neither end the second render early nor touch the deleted thread.
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_NE(currentRenderThread, nullptr);
+    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_NE(currentRenderThread, nullptr);
+    ASSERT_TRUE(waitForRenders());
+    EXPECT_EQ(component->getRenderCount(), 1);
+    EXPECT_EQ(component->getDocument()->getImage()->width, 451);
+
+    // A component that goes while its render runs leaves a message behind that must do nothing.
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    component.reset();
+    EXPECT_EQ(currentRenderThread, nullptr);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(300);
+}

@@ -143,3 +143,50 @@ TEST(Alert, AParentDeletedUnderAnOpenAlertTakesItAlong)
     dispatch();
     EXPECT_EQ(watch.getComponent(), nullptr);
 }
+
+TEST(Alert, AQuestionTellsWhichAnswerClosedIt)
+{
+    Gui gui;
+    juce::Component parent;
+    parent.setSize(1000, 700);
+    const juce::StringArray answers { "Save", "Don't Save", "Cancel" };
+
+    // Each button answers with its own index, once, and only then does onClose run.
+    for (int pick = 0; pick < answers.size(); ++pick)
+    {
+        std::vector<int> got;
+        int closes = 0;
+        auto* alert = SxAlertComponent::ask(parent, "saveQuestion", "Save Project?", "Unsaved", answers);
+        ASSERT_EQ(alert->getNumAnswers(), 3);
+        EXPECT_EQ(alert->getAnswerButton(0)->getButtonText(), "Save");
+        EXPECT_EQ(alert->getAnswerButton(2)->getButtonText(), "Cancel");
+        EXPECT_EQ(alert->getAnswerButton(3), nullptr);
+        alert->onAnswer = [&got](int index) { got.push_back(index); };
+        alert->onClose = [&closes] { ++closes; };
+        alert->getAnswerButton(pick)->triggerClick();
+        dispatch();
+        EXPECT_EQ(got, std::vector<int>({ pick }));
+        EXPECT_EQ(closes, 1);
+        EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
+    }
+
+    // The buttons stand in one row inside the panel, the first answer rightmost, none overlapping.
+    auto* alert = SxAlertComponent::ask(parent, "saveQuestion", "Save Project?", "Unsaved", answers);
+    auto b0 = alert->getAnswerButton(0)->getBounds(), b1 = alert->getAnswerButton(1)->getBounds(),
+         b2 = alert->getAnswerButton(2)->getBounds();
+    EXPECT_EQ(b0.getY(), b2.getY());
+    EXPECT_GT(b0.getX(), b1.getRight());
+    EXPECT_GT(b1.getX(), b2.getRight());
+    EXPECT_GE(b2.getX(), 0);
+
+    // Return takes the first answer, Escape the last.
+    std::vector<int> got;
+    alert->onAnswer = [&got](int index) { got.push_back(index); };
+    alert->keyPressed(juce::KeyPress(juce::KeyPress::escapeKey));
+    dispatch();
+    alert = SxAlertComponent::ask(parent, "saveQuestion", "Save Project?", "Unsaved", answers);
+    alert->onAnswer = [&got](int index) { got.push_back(index); };
+    alert->keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
+    dispatch();
+    EXPECT_EQ(got, std::vector<int>({ 2, 0 }));
+}
