@@ -649,26 +649,22 @@ void restoreRecord(GenericAppComponent& component, const SxPropertySet& record)
 
 void GenericAppComponent::undoStep()
 {
-    if (previewImage.get() == nullptr)
-        return;
-    SxPropertySet record;
-    if (!undo.undo(record))
-        return;
-    restoringUndo = true;
-    restoreRecord(*this, record);
-    updateControls();
-    restoringUndo = false;
-    if (auto* effect = getEffectLayer())
-        effect->invalidate(nullptr);
+    stepHistory(false);
 }
 
 void GenericAppComponent::redoStep()
 {
+    stepHistory(true);
+}
+
+void GenericAppComponent::stepHistory(bool forward)
+{
     if (previewImage.get() == nullptr)
         return;
     SxPropertySet record;
-    if (!undo.redo(record))
+    if (!(forward ? undo.redo(record) : undo.undo(record)))
         return;
+    // The controls follow the restored fields without recording the restore as a change.
     restoringUndo = true;
     restoreRecord(*this, record);
     updateControls();

@@ -172,6 +172,8 @@ public:
     void setActiveTool(SxTool* tool) override;
     void undoStep();
     void redoStep();
+    /** One step back or forward through the history. */
+    void stepHistory(bool forward);
     bool canUndo() const { return undo.canUndo(); }
     bool canRedo() const { return undo.canRedo(); }
 
