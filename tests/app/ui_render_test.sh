@@ -215,7 +215,9 @@ below "$value" 0.003 && fail "randomize did not change the picture"
 read -r _ px _ _ _ <<<"$(where effectControlComponent)"
 read -r _ mx _ mw _ <<<"$(where mainComponent)"
 click arrowRightButton
-sleep 1.2
+# The slide takes about a third of a second; a loaded machine may need longer.
+for _ in $(seq 20); do sleep 0.5; [ -n "$(where leftArrowButton)" ] && break; done
+sleep 0.5
 line=$(where effectControlComponent)
 if [ -n "$line" ]; then
   read -r _ cx _ _ _ <<<"$line"
@@ -223,8 +225,11 @@ if [ -n "$line" ]; then
 fi
 [ -n "$(where leftArrowButton)" ] || fail "no arrow to bring the panel back"
 click leftArrowButton
-sleep 1.2
-read -r _ cx _ _ _ <<<"$(where effectControlComponent)"
+for _ in $(seq 20); do
+  sleep 0.5
+  read -r _ cx _ _ _ <<<"$(where effectControlComponent)"
+  [ "${cx:-}" = "$px" ] && break
+done
 [ "$cx" = "$px" ] || fail "the panel did not come back to $px (at $cx)"
 say "the Adjust panel slid out and back to x $px"
 
