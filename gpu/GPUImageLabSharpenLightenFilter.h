@@ -4,8 +4,8 @@
 // the copies drawn before, all in one draw. Its output texture holds the running maximum; the
 // copies never leave the GPU, so a stack of them costs one read-back.
 //
-// Wide blurs (those of full-size renders) are taken at a half or a quarter of the size: the blur
-// of a lighting unsharp mask is wide and smooth. The blur at the smaller size is chosen to spread
+// Wide blurs (from a preview's up) are taken at a half or a quarter of the size: the blur of a
+// lighting unsharp mask is wide and smooth. The blur at the smaller size is chosen to spread
 // as far as the full-size one, the box average down and the linear fetch back up included.
 
 #include "gpu/GPUImageFilterGroup.h"

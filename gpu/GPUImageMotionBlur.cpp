@@ -3,11 +3,45 @@
 #include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/ShaderStore.h"
 
+#include <algorithm>
 #include <cmath>
 
-juce::String GPUImageMotionBlur::fragmentSourceFor(float length)
+namespace
 {
-    const auto body = ShaderStore::text("motion_blur.frag").replace("HARD_CODED_LENGTH", juce::String((double) length, 2));
+// The length as the program text carries it, so that the tap count worked out here is the one
+// the program's constants give.
+juce::String lengthText(float length)
+{
+    return juce::String((double) std::max(0.0f, length), 2);
+}
+} // namespace
+
+GPUImageMotionBlur::Levels GPUImageMotionBlur::levelsFor(float length, int twoLevelFromTaps)
+{
+    const float span = 0.5f * lengthText(length).getFloatValue();
+    const int gaps = (int) std::ceil(std::max(span, 1.0f));
+    const int taps = gaps + 1;
+    Levels best { gaps, taps, 1 };
+    if (taps < twoLevelFromTaps)
+        return best;
+    // A prime count has no split; a few more taps over the same span (closer together, so an
+    // average of the same line) usually have a good one.
+    for (int n = taps; n <= taps + taps / 8; ++n)
+        for (int first = 2; first * first <= n; ++first)
+            if (n % first == 0 && first + n / first < best.fetches())
+                best = { n - 1, first, n / first };
+    return best;
+}
+
+juce::String GPUImageMotionBlur::fragmentSourceFor(float length, bool secondLevel, int twoLevelFromTaps)
+{
+    const auto split = levelsFor(length, twoLevelFromTaps);
+    const bool second = secondLevel && split.isTwoLevel();
+    const auto body = ShaderStore::text("motion_blur.frag")
+                          .replace("HARD_CODED_LENGTH", lengthText(length))
+                          .replace("TAP_GAPS", juce::String(split.gaps))
+                          .replace("LEVEL_TAPS", juce::String(second ? split.secondTaps : split.firstTaps))
+                          .replace("LEVEL_SPACING", juce::String(second ? split.firstTaps : 1) + ".0");
     return ShaderStore::composeColourProgram(body);
 }
 
@@ -16,9 +50,13 @@ bool GPUImageMotionBlur::initFilter(float length, int filterType)
     type = filterType;
     if (filterType != 0)
         return false;
+    levels = levelsFor(length, twoLevelFromTaps);
     const auto& vertex = ShaderStore::text("passthrough.vert");
-    const auto fragment = fragmentSourceFor(std::max(0.0f, length));
-    if (!initWithShaders(vertex, fragment, vertex, fragment))
+    // One level: both passes draw a whole box. Two levels: the passes draw a box's two levels,
+    // and each tent takes two pairs of draws.
+    const auto first = fragmentSourceFor(length, false, twoLevelFromTaps);
+    const auto second = fragmentSourceFor(length, true, twoLevelFromTaps);
+    if (!initWithShaders(vertex, first, vertex, second))
         return false;
     setAngle(angle);
     return true;
@@ -50,5 +88,5 @@ void GPUImageMotionBlur::setupFilterForSize(GPUImageSize size)
 void GPUImageMotionBlur::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
 {
     GPUImageTwoPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
-    drawRepeatedPairs(vertices, passes);
+    drawRepeatedPairs(vertices, levels.isTwoLevel() ? 2 * passes : passes);
 }

@@ -124,7 +124,8 @@ std::vector<Row> rows(const SxImageRgbaBytes& photo)
     };
     // Counts from the programs as written: the gradient takes 4 fetches, the tensor blur 7 per
     // pass, the angle 1, the smoothing 1 field + 1 picture fetch per step (bound 20 steps, plus the
-    // first field fetch), the line blur segments + 1 per pass, segments = ceil(length / 2).
+    // first field fetch), the line blur the fetches of its box's levels per pass (segments + 1
+    // taps, segments = ceil(length / 2), long boxes split in two levels).
     static const SxImageRgbaBytes* field = nullptr;
     static SxImageRgbaBytes fieldImage(1000, 667);
     field = &fieldImage;
@@ -133,7 +134,7 @@ std::vector<Row> rows(const SxImageRgbaBytes& photo)
         { "tensor", "BlurTensors spread 2", 14, [](FilterChain& c) { auto* f = c.make<GPUImageBlurTensors>(); f->setBlurSpread(2.0f); f->init(); return (GPUImageOutput*) f; } },
         { "tensor", "GetTensorsAngle", 1, [](FilterChain& c) { auto* f = c.make<GPUImageGetTensorsAngle>(); f->init(); return (GPUImageOutput*) f; } },
         { "tensor", "AnisotropicSmooth length 20 (bound)", 1 + 2 * 20, [](FilterChain& c) { auto* f = c.make<GPUImageAnisotropicSmooth>(); f->init(field, 20.0f, 1.0); return (GPUImageOutput*) f; } },
-        { "tensor", "MotionBlur length 40", 2.0 * (std::ceil(40 / 2.0) + 1), [](FilterChain& c) { auto* f = c.make<GPUImageMotionBlur>(); f->initFilter(40.0f, 0); f->setAngle(0.5f); return (GPUImageOutput*) f; } },
+        { "tensor", "MotionBlur length 40", 2.0 * GPUImageMotionBlur::levelsFor(40.0f).fetches(), [](FilterChain& c) { auto* f = c.make<GPUImageMotionBlur>(); f->initFilter(40.0f, 0); f->setAngle(0.5f); return (GPUImageOutput*) f; } },
     };
     table.insert(table.end(), tensors.begin(), tensors.end());
     return table;
@@ -161,14 +162,16 @@ int main(int argc, char** argv)
 {
     juce::ScopedJuceInitialiser_GUI juce;
     // "--render photo width height style out.png" and "--compare a.png b.png": before-and-after
-    // pictures of a change to the effect, and how far they differ.
-    if (argc == 7 && std::string(argv[1]) == "--render")
+    // pictures of a change to the effect, and how far they differ. An optional last argument renders
+    // that many times in one process and reports the first (with program compiles) and the fastest.
+    if ((argc == 7 || argc == 8) && std::string(argv[1]) == "--render")
     {
         auto* loaded = SxImageConversion::fromJuceImage(juce::ImageFileFormat::loadFrom(juce::File::getCurrentWorkingDirectory().getChildFile(argv[2])));
         if (loaded == nullptr || loaded->width <= 0)
             return 1;
         const SxRef<SxImageRgbaBytes> photo = SxRef<SxImageRgbaBytes>::adopt(loaded);
-        return WholeRenderBench::renderToFile(*photo, atoi(argv[3]), atoi(argv[4]), atoi(argv[5]), argv[6]);
+        return WholeRenderBench::renderToFile(*photo, atoi(argv[3]), atoi(argv[4]), atoi(argv[5]), argv[6],
+                                             argc == 8 ? std::max(1, atoi(argv[7])) : 1);
     }
     if (argc == 4 && std::string(argv[1]) == "--compare")
         return WholeRenderBench::compareFiles(argv[2], argv[3]);

@@ -11,8 +11,9 @@ int run(const SxImageRgbaBytes& photo);
 
 /** Renders photo (resized to width × height, scale max(width, height) / 1024) with default
     settings and the given stroke style into a PNG: the before-and-after pictures of a change to
-    the effect's code. Prints the render's wall time. */
-int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath);
+    the effect's code. Prints the render's wall time; with repeats above one, also the fastest of
+    the renders after the first (programs compiled then). */
+int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath, int repeats = 1);
 
 /** Prints the largest, 99.9th and 99th percentile per-channel difference of two PNGs of one size;
     returns 1 when they cannot be compared. */

@@ -1,9 +1,13 @@
-// A straight line blur along (cosa, sina), symmetric around the pixel. Both passes of the filter
-// run this program, each over half of HARD_CODED_LENGTH pixels: two boxes in series make a tent
-// that spans the whole length, so strokes fade out at their ends instead of stopping hard, for
-// the cost of one box of the full length.
+// A straight line blur along (cosa, sina), symmetric around the pixel. Each tent of the filter is
+// two boxes in series, each over half of HARD_CODED_LENGTH pixels: the two boxes make a tent that
+// spans the whole length, so strokes fade out at their ends instead of stopping hard, for the cost
+// of one box of the full length.
 //
-// Taps are at most one pixel apart (the span is cut into whole steps), so no texel is skipped.
+// A box is TAP_GAPS + 1 taps at most one pixel apart (the span is cut into whole steps), so no
+// texel is skipped. Long boxes are drawn in two levels: LEVEL_TAPS taps LEVEL_SPACING steps apart,
+// first the short run of neighbouring taps, then a run of those runs, which together visit every
+// tap of the box once; a box of 40 taps then costs 5 + 8 fetches instead of 40. Short boxes are
+// one level of all their taps.
 precision highp float;
 
 varying highp vec2 textureCoordinate;
@@ -15,14 +19,16 @@ uniform highp float cosa;
 uniform highp float sina;
 
 const float span = 0.5 * HARD_CODED_LENGTH;
-const int segments = int(ceil(max(span, 1.0)));
+const int gaps = TAP_GAPS;
+const int levelTaps = LEVEL_TAPS;
+const float levelSpacing = LEVEL_SPACING;
 
 void main()
 {
-    vec2 direction = vec2(cosa * texelWidthOffset, sina * texelHeightOffset) * (span / float(segments));
-    vec2 start = textureCoordinate - direction * (0.5 * float(segments));
+    vec2 direction = vec2(cosa * texelWidthOffset, sina * texelHeightOffset) * (span / float(gaps) * levelSpacing);
+    vec2 start = textureCoordinate - direction * (0.5 * float(levelTaps - 1));
     vec4 sum = vec4(0.0);
-    for (int i = 0; i <= segments; ++i)
+    for (int i = 0; i < levelTaps; ++i)
         sum += texture2D(inputImageTexture, start + direction * float(i));
-    gl_FragColor = sum / float(segments + 1);
+    gl_FragColor = sum / float(levelTaps);
 }

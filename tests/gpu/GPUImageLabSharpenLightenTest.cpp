@@ -74,27 +74,30 @@ TEST(LabSharpenLighten, FusedStagesGiveWhatTheSeparateFiltersGive)
     ScopedGLContext scoped;
     const auto image = photo();
     ASSERT_NE(image.get(), nullptr);
-    // A light blur taken at full size, at half and at a quarter, with the strongest lighting the
-    // effect's slider gives.
-    for (float lightRadius : { 11.0f, 22.0f, 44.0f })
+    // A light blur taken at full size, at half (a preview's and a larger one) and at a quarter,
+    // with the strongest lighting the effect's slider gives.
+    for (float lightRadius : { 9.0f, 11.0f, 22.0f, 44.0f })
     {
         const auto expected = separately(*image, 2.2f, 1.33f, lightRadius, 1.5f);
         const auto got = fused(*image, 2.2f, 1.33f, lightRadius, 1.5f);
         const auto d = differences(expected, got);
         // The fused draws round where bytes were stored, but the GL's own rounding of a stored
         // byte may land on the other level, and a sharpen by 1.5 scales such a level up
-        // (measured: 99th percentile 3 or 4, largest 6 at full size, up to 13 shrunk).
+        // (measured: 99th percentile 3 or 4, largest 6 at full size; shrunk, the small blur's
+        // shape adds a few isolated levels: up to 13, and 17 at a preview's radius).
+        const bool shrunk = GPUImageLabSharpenLightenFilter::reductionFor(lightRadius) > 1;
         EXPECT_LE(d[d.size() * 99 / 100], 4) << lightRadius;
         EXPECT_LE(d[d.size() * 999 / 1000], 6) << lightRadius;
-        EXPECT_LE(d.back(), 16) << lightRadius;
+        EXPECT_LE(d.back(), shrunk ? 20 : 8) << lightRadius;
         // And it is a sharpen: the picture changed.
         EXPECT_GT(TestImages::maxDifference(got, *image), 20) << lightRadius;
     }
-    EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(11.0f), 1);
+    EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(9.0f), 1);
+    EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(11.0f), 2);
     EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(22.0f), 2);
     EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(44.0f), 4);
     // The blur at the small size spreads as far as the full-size one.
-    for (float radius : { 22.0f, 44.0f, 90.0f })
+    for (float radius : { 11.0f, 22.0f, 44.0f, 90.0f })
     {
         const int k = GPUImageLabSharpenLightenFilter::reductionFor(radius);
         {
