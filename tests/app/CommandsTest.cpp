@@ -15,6 +15,8 @@
 #include "ui/SxAlertComponent.h"
 #include "ui/SxSlider.h"
 
+#include "app/TempHome.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -30,12 +32,7 @@ class Commands : public ::testing::Test
 protected:
     void SetUp() override
     {
-        if (const char* h = std::getenv("HOME"))
-            previousHome = h;
-        home = juce::File::createTempFile("home");
-        ASSERT_TRUE(home.createDirectory());
-        ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
-        ::unsetenv("XDG_CONFIG_HOME");
+        ASSERT_TRUE(home.isDirectory());
         answerFile = home.getChildFile("chooser-answer.txt");
         ::setenv("TORNVALE_CHOOSER_FILE", answerFile.getFullPathName().toRawUTF8(), 1);
         component = std::make_unique<TornvaleAppComponent>();
@@ -48,8 +45,6 @@ protected:
     {
         component.reset();
         ::unsetenv("TORNVALE_CHOOSER_FILE");
-        ::setenv("HOME", previousHome.toRawUTF8(), 1);
-        home.deleteRecursively();
     }
 
     /** Runs the message loop until no render runs and ms have passed. */
@@ -92,8 +87,9 @@ protected:
     static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
 
     juce::ScopedJuceInitialiser_GUI gui;
-    juce::String previousHome;
-    juce::File home, answerFile;
+    ScopedTempHome tempHome;
+    const juce::File& home = tempHome.folder;
+    juce::File answerFile;
     std::unique_ptr<TornvaleAppComponent> component;
 };
 

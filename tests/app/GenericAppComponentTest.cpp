@@ -2,6 +2,8 @@
 
 #include "imaging/ImageStream.h"
 
+#include "app/TempHome.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -16,18 +18,11 @@ class MainComponent : public ::testing::Test
 protected:
     void SetUp() override
     {
-        if (const char* home = std::getenv("HOME"))
-            previousHome = home;
-        home = juce::File::createTempFile("home");
-        ASSERT_TRUE(home.createDirectory());
-        ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
-        ::unsetenv("XDG_CONFIG_HOME");
+        ASSERT_TRUE(home.isDirectory());
     }
     void TearDown() override
     {
         component.reset();
-        ::setenv("HOME", previousHome.toRawUTF8(), 1);
-        home.deleteRecursively();
     }
 
     TornvaleAppComponent& make()
@@ -43,8 +38,8 @@ protected:
     static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
 
     juce::ScopedJuceInitialiser_GUI gui;
-    juce::String previousHome;
-    juce::File home;
+    ScopedTempHome tempHome;
+    const juce::File& home = tempHome.folder;
     std::unique_ptr<TornvaleAppComponent> component;
 };
 } // namespace

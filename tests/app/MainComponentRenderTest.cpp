@@ -9,6 +9,8 @@
 #include "ui/SxSegmentController.h"
 #include "ui/SxSlider.h"
 
+#include "app/TempHome.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -21,12 +23,7 @@ class LivePreview : public ::testing::Test
 protected:
     void SetUp() override
     {
-        if (const char* h = std::getenv("HOME"))
-            previousHome = h;
-        home = juce::File::createTempFile("home");
-        ASSERT_TRUE(home.createDirectory());
-        ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
-        ::unsetenv("XDG_CONFIG_HOME");
+        ASSERT_TRUE(home.isDirectory());
         component = std::make_unique<TornvaleAppComponent>();
         component->setSize(1024, 601);
         component->initializeApplication();
@@ -36,8 +33,6 @@ protected:
     void TearDown() override
     {
         component.reset();
-        ::setenv("HOME", previousHome.toRawUTF8(), 1);
-        home.deleteRecursively();
     }
 
     /** Runs the message loop until no render runs (the completion message has been handled). */
@@ -63,8 +58,8 @@ protected:
     SxRef<SxImageRgbaBytes> shown() { return SxRef<SxImageRgbaBytes>::adopt(component->getDocument()->getImage()->clone()); }
 
     juce::ScopedJuceInitialiser_GUI gui;
-    juce::String previousHome;
-    juce::File home;
+    ScopedTempHome tempHome;
+    const juce::File& home = tempHome.folder;
     std::unique_ptr<TornvaleAppComponent> component;
 };
 } // namespace

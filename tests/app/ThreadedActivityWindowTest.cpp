@@ -5,6 +5,8 @@
 #include "app/TornvaleAppComponent.h"
 #include "app/ThreadedActivityWindow.h"
 
+#include "app/TempHome.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -33,10 +35,7 @@ public:
 TEST(ThreadedActivityWindow, BlocksTheCallerButNotTheMessageLoop)
 {
     juce::ScopedJuceInitialiser_GUI gui;
-    const juce::String previousHome = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
-    auto home = juce::File::createTempFile("home");
-    ASSERT_TRUE(home.createDirectory());
-    ::setenv("HOME", home.getFullPathName().toRawUTF8(), 1);
+    ScopedTempHome home;
     {
         TornvaleAppComponent component;
         component.setSize(1024, 601);
@@ -71,6 +70,4 @@ TEST(ThreadedActivityWindow, BlocksTheCallerButNotTheMessageLoop)
         EXPECT_FALSE(panel->isVisible());
         EXPECT_FALSE(job.isThreadRunning());
     }
-    ::setenv("HOME", previousHome.toRawUTF8(), 1);
-    home.deleteRecursively();
 }
