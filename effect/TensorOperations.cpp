@@ -85,18 +85,49 @@ void computeTensorField(SxImageRgbaBytes& image, float preBlurSigma, float tenso
     TiledRunner::run(image, *sequence.front(), *sequence.back(), (2.0f * tensorBlur + 5.0f) * sizeFactor);
 }
 
+namespace
+{
+/** Checks the sizes, starts the result as a copy of the source and gives the tile padding of
+    one stroke copy; a negative padding means there is nothing to draw. */
+float prepareStrokeResult(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
+                          float smoothLength, float blurLength, float sharpenRadius, float lightRadius, float scale)
+{
+    if (source.width <= 0 || source.height <= 0 || tensors.width <= 0 || result.width != source.width
+        || result.height != source.height)
+        return -1.0f;
+    if (result.pixels != source.pixels)
+        std::memcpy(result.pixels, source.pixels, source.byteCount());
+    // A copy is a chain of several filters, which reaches further than its longest member; 2.1
+    // covers the sum. Each copy starts from the source, so one copy's reach is the padding.
+    return 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
+}
+
+struct FlowAndLine
+{
+    GPUImageAnisotropicSmooth* smooth;
+    GPUImageMotionBlur* lineBlur;
+};
+
+/** The head of every stroke copy: the smear along the direction field, then the straight blur. */
+FlowAndLine makeFlowAndLine(FilterChain& chain)
+{
+    auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
+    smooth->useProgramCache = true;
+    smooth->compareProgramSource = true;
+    auto* lineBlur = chain.make<GPUImageMotionBlur>();
+    lineBlur->useProgramCache = true;
+    lineBlur->compareProgramSource = true;
+    return { smooth, lineBlur };
+}
+} // namespace
+
 void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
                       float smoothLength, float blurLength, float angle, float sharpenRadius, float sharpenAmount,
                       float lightRadius, float lightAmount, float scale)
 {
-    if (source.width <= 0 || source.height <= 0 || tensors.width <= 0 || result.width != source.width
-        || result.height != source.height)
+    const float padding = prepareStrokeResult(result, source, tensors, smoothLength, blurLength, sharpenRadius, lightRadius, scale);
+    if (padding < 0.0f)
         return;
-    if (result.pixels != source.pixels)
-        std::memcpy(result.pixels, source.pixels, source.byteCount());
-
-    // The chain of several filters reaches further than its longest member; 2.1 covers the sum.
-    const float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
 
     ScopedGLContext scoped;
     if (!scoped.isValid())
@@ -107,12 +138,9 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         TiledRunner::TileChain built;
         built.finished = [&chain] { chain.reset(); };
 
-        auto* smooth = chain->make<GPUImageAnisotropicSmooth>();
-        smooth->useProgramCache = true;
-        smooth->compareProgramSource = true;
-        auto* lineBlur = chain->make<GPUImageMotionBlur>();
-        lineBlur->useProgramCache = true;
-        lineBlur->compareProgramSource = true;
+        const auto flow = makeFlowAndLine(*chain);
+        auto* smooth = flow.smooth;
+        auto* lineBlur = flow.lineBlur;
         auto* sharpen = chain->make<GPUImageUnsharpMaskFilter>();
         sharpen->name = "unSharpMaskFilter1";
         auto* toLab = chain->make<GPUImageRGBToLabColorConversion>();
@@ -141,14 +169,11 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
                        float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
                        float sharpenAmount, float lightRadius, float lightAmount, float scale)
 {
-    if (source.width <= 0 || source.height <= 0 || tensors.width <= 0 || result.width != source.width
-        || result.height != source.height || angles.empty())
+    const float padding = angles.empty() ? -1.0f
+                                         : prepareStrokeResult(result, source, tensors, smoothLength, blurLength, sharpenRadius,
+                                                               lightRadius, scale);
+    if (padding < 0.0f)
         return;
-    if (result.pixels != source.pixels)
-        std::memcpy(result.pixels, source.pixels, source.byteCount());
-
-    // The reach of one copy: each copy is computed from the source, not from the one before.
-    const float padding = 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
 
     ScopedGLContext scoped;
     if (!scoped.isValid())
@@ -160,12 +185,9 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         built.finished = [&chain] { chain.reset(); };
 
         // Only the line blur's angle differs between the copies, so one chain draws them all.
-        auto* smooth = chain->make<GPUImageAnisotropicSmooth>();
-        smooth->useProgramCache = true;
-        smooth->compareProgramSource = true;
-        auto* lineBlur = chain->make<GPUImageMotionBlur>();
-        lineBlur->useProgramCache = true;
-        lineBlur->compareProgramSource = true;
+        const auto flow = makeFlowAndLine(*chain);
+        auto* smooth = flow.smooth;
+        auto* lineBlur = flow.lineBlur;
         auto* sharpen = chain->make<GPUImageUnsharpMaskToLabFilter>();
         sharpen->name = "unSharpMaskFilter1";
         auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
