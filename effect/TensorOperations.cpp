@@ -8,11 +8,14 @@
 #include "gpu/GPUImageLabSharpenLightenFilter.h"
 #include "gpu/GPUImageLabToRGBColorConversion.h"
 #include "gpu/GPUImageMotionBlur.h"
+#include "gpu/GPUImageMotionBlurToLab.h"
 #include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/GPUImageRGBToLabColorConversion.h"
 #include "gpu/GPUImageUnsharpMaskChannelFilter.h"
 #include "gpu/GPUImageUnsharpMaskFilter.h"
 #include "gpu/GPUImageUnsharpMaskToLabFilter.h"
+#include "gpu/GPUImageUnsharpMaskUnclampedFilter.h"
+#include "gpu/GPUImageTwoInputFilter.h"
 #include "gpu/TiledRunner.h"
 
 #include <algorithm>
@@ -108,13 +111,14 @@ struct FlowAndLine
     GPUImageMotionBlur* lineBlur;
 };
 
-/** The head of every stroke copy: the smear along the direction field, then the straight blur. */
-FlowAndLine makeFlowAndLine(FilterChain& chain)
+/** The head of every stroke copy: the smear along the direction field, then the straight blur
+    (one that ends in Lab when `lineToLab`). */
+FlowAndLine makeFlowAndLine(FilterChain& chain, bool lineToLab = false)
 {
     auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
     smooth->useProgramCache = true;
     smooth->compareProgramSource = true;
-    auto* lineBlur = chain.make<GPUImageMotionBlur>();
+    GPUImageMotionBlur* lineBlur = lineToLab ? chain.make<GPUImageMotionBlurToLab>() : chain.make<GPUImageMotionBlur>();
     lineBlur->useProgramCache = true;
     lineBlur->compareProgramSource = true;
     return { smooth, lineBlur };
@@ -178,6 +182,10 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
     ScopedGLContext scoped;
     if (!scoped.isValid())
         return;
+    // Sharpening is linear, so it commutes with the line blur: where half floats can carry its
+    // overshoots, the smeared picture is sharpened once per tile and each copy only blurs along
+    // its line, clamps and converts to Lab in the line blur's last draw.
+    const bool sharpenFirst = GPUImageOpenGLESContext::sharedImageProcessingContext().supportsHalfFloatTargets();
     std::unique_ptr<FilterChain> chain;
     TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
         chain = std::make_unique<FilterChain>();
@@ -185,10 +193,14 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         built.finished = [&chain] { chain.reset(); };
 
         // Only the line blur's angle differs between the copies, so one chain draws them all.
-        const auto flow = makeFlowAndLine(*chain);
+        const auto flow = makeFlowAndLine(*chain, sharpenFirst);
         auto* smooth = flow.smooth;
         auto* lineBlur = flow.lineBlur;
-        auto* sharpen = chain->make<GPUImageUnsharpMaskToLabFilter>();
+        GPUImageUnsharpMaskFilter* sharpen = nullptr;
+        if (sharpenFirst)
+            sharpen = chain->make<GPUImageUnsharpMaskUnclampedFilter>();
+        else
+            sharpen = chain->make<GPUImageUnsharpMaskToLabFilter>();
         sharpen->name = "unSharpMaskFilter1";
         auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
         light->name = "unSharpMaskFilter2";
@@ -199,12 +211,15 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         smooth->setTensorMapping(mapping.scale, mapping.offset);
         lineBlur->setPasses(1);
 
-        FilterChain::wire({ smooth, lineBlur, sharpen, light });
+        if (sharpenFirst)
+            FilterChain::wire({ smooth, sharpen, lineBlur, light });
+        else
+            FilterChain::wire({ smooth, lineBlur, sharpen, light });
         built.first = smooth;
         built.last = light;
         built.runs = (int) angles.size();
-        // The smear along the field does not depend on the angle: drawn once per tile.
-        built.repeatFrom = smooth;
+        // What does not depend on the angle is drawn once per tile.
+        built.repeatFrom = sharpenFirst ? static_cast<GPUImageFilter*>(sharpen->unsharpFilter) : smooth;
         built.beforeRun = [lineBlur, light, &angles](int run) {
             if (run == 0)
                 light->startStack();

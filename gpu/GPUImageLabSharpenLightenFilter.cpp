@@ -27,7 +27,11 @@ void GPUImageDownsampleFilter::setInputSize(GPUImageSize size, int textureIndex)
 {
     GPUImageFilter::setInputSize(size, textureIndex);
     if (!size.isEmpty())
+    {
         setPoint({ (float) (factor * 0.25 / size.width), (float) (factor * 0.25 / size.height) }, "sourceTexelQuarterBlock");
+        const auto small = outputFrameSize();
+        setPoint({ (float) (factor * small.width / size.width), (float) (factor * small.height / size.height) }, "blockScale");
+    }
 }
 
 GPUImageSize GPUImageDownsampleFilter::outputFrameSize()
@@ -43,6 +47,7 @@ bool GPUImageMaximumAccumulator::init()
                                 + ShaderStore::text("lab_unsharp_lighten.frag")))
         return false;
     setInteger(accumulatorTextureUnit, "accumulatorTexture");
+    setPoint({ 1.0f, 1.0f }, "blurCoordinateScale");
     return true;
 }
 
@@ -59,6 +64,14 @@ void GPUImageMaximumAccumulator::setInputSize(GPUImageSize size, int textureInde
     if (textureIndex == 0 && size != inputTextureSize)
         hasAccumulation = false;
     GPUImageTwoInputFilter::setInputSize(size, textureIndex);
+    // The blurred image is a whole number of blocks of the picture's pixels (the downsample's
+    // last block may reach past the edge): read it where the block under each pixel lies.
+    if (textureIndex == 0 && !size.isEmpty())
+    {
+        const double k = reduction;
+        setPoint({ (float) (size.width / (k * std::ceil(size.width / k))), (float) (size.height / (k * std::ceil(size.height / k))) },
+                 "blurCoordinateScale");
+    }
 }
 
 void GPUImageMaximumAccumulator::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
@@ -143,6 +156,7 @@ bool GPUImageLabSharpenLightenFilter::init(float radius, float intensityL, float
     accumulator = addFilter(new GPUImageMaximumAccumulator());
     ok = accumulator->init() && ok;
     accumulator->setIntensities(intensityL, intensityA, intensityB);
+    accumulator->reduction = reduction;
 
     // Wired as the unsharp masks: the accumulator draws once, when the blur hands it its second
     // input.

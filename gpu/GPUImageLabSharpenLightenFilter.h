@@ -31,6 +31,8 @@ class GPUImageMaximumAccumulator : public GPUImageTwoInputFilter
 public:
     bool init();
     void setIntensities(float red, float green, float blue);
+    /** The factor by which the blurred input is smaller than the picture (1, 2 or 4). */
+    int reduction = 1;
     /** Forgets the copies drawn so far: the next draw starts a new stack. */
     void startStack() { hasAccumulation = false; }
 

@@ -21,8 +21,10 @@ Tile makeTile(int column, int row, int width, int height, int tile, int p)
     const int tileBottom = std::min((row + 1) * tile - 1, height - 1);
     if (p > 0)
     {
-        const int left = std::max(0, tileLeft - p);
-        const int top = std::max(0, tileTop - p);
+        // Outer corners at multiples of the block of the filters that work at a half or a quarter
+        // of the size, so that every tile shrinks the same blocks as the whole picture does.
+        const int left = std::max(0, (tileLeft - p) / tileBlockAlignment * tileBlockAlignment);
+        const int top = std::max(0, (tileTop - p) / tileBlockAlignment * tileBlockAlignment);
         const int right = std::min(p - 1 + (column + 1) * tile, width - 1);
         const int bottom = std::min(p - 1 + (row + 1) * tile, height - 1);
         t.outer = { left, top, right - left + 1, bottom - top + 1 };

@@ -30,6 +30,9 @@ struct Tile
     }
 };
 
+/** Padded tiles start at multiples of this many pixels (the largest block a filter shrinks by). */
+constexpr int tileBlockAlignment = 4;
+
 /** The tiles of an image, column by column and top to bottom within a column. */
 std::vector<Tile> planTiles(int width, int height, int tileSize, float padding);
 

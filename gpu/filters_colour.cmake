@@ -14,4 +14,5 @@ target_sources(tornvale_engine PRIVATE
   GPUImageSaturateContrastGamma.cpp
   GPUImageLightenMode.cpp
   GPUImageUnsharpMaskToLabFilter.cpp
-  GPUImageLabSharpenLightenFilter.cpp)
+  GPUImageLabSharpenLightenFilter.cpp
+  GPUImageUnsharpMaskUnclampedFilter.cpp)

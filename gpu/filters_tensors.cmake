@@ -4,4 +4,5 @@ target_sources(tornvale_engine PRIVATE
   GPUImageBlurTensors.cpp
   GPUImageGetTensorsAngle.cpp
   GPUImageAnisotropicSmooth.cpp
-  GPUImageMotionBlur.cpp)
+  GPUImageMotionBlur.cpp
+  GPUImageMotionBlurToLab.cpp)

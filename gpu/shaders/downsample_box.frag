@@ -5,12 +5,16 @@ varying highp vec2 textureCoordinate;
 
 uniform sampler2D inputImageTexture;
 uniform highp vec2 sourceTexelQuarterBlock;
+// k × (small size) / (source size): puts small texel n over source texels nk .. nk + k − 1 even
+// where the source is not a whole number of blocks (the last block then reaches past the edge).
+uniform highp vec2 blockScale;
 
 void main()
 {
     highp vec2 d = sourceTexelQuarterBlock;
-    gl_FragColor = (texture2D(inputImageTexture, textureCoordinate + vec2(-d.x, -d.y))
-                    + texture2D(inputImageTexture, textureCoordinate + vec2(d.x, -d.y))
-                    + texture2D(inputImageTexture, textureCoordinate + vec2(-d.x, d.y))
-                    + texture2D(inputImageTexture, textureCoordinate + vec2(d.x, d.y))) * 0.25;
+    highp vec2 centre = textureCoordinate * blockScale;
+    gl_FragColor = (texture2D(inputImageTexture, centre + vec2(-d.x, -d.y))
+                    + texture2D(inputImageTexture, centre + vec2(d.x, -d.y))
+                    + texture2D(inputImageTexture, centre + vec2(-d.x, d.y))
+                    + texture2D(inputImageTexture, centre + vec2(d.x, d.y))) * 0.25;
 }

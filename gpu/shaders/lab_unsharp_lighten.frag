@@ -13,11 +13,13 @@ uniform highp float hasAccumulation;
 uniform highp float intensityRed;
 uniform highp float intensityGreen;
 uniform highp float intensityBlue;
+// Where the blurred image, smaller by a whole factor, is read for a place of the picture.
+uniform highp vec2 blurCoordinateScale;
 
 void main()
 {
     highp vec4 lab = swizzleIn(texture2D(inputImageTexture, textureCoordinate));
-    highp vec3 blurredLab = swizzleIn(texture2D(inputImageTexture2, textureCoordinate2)).rgb;
+    highp vec3 blurredLab = swizzleIn(texture2D(inputImageTexture2, textureCoordinate2 * blurCoordinateScale)).rgb;
     // Rounded as the byte of a separate sharpen was: in the darks one step of L is a level of RGB.
     highp vec3 sharpened = asStoredByte(lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue));
     highp vec4 colour = vec4(rgbFromLab(sharpened), clamp(lab.a, 0.0, 1.0));

@@ -30,5 +30,12 @@ void main()
     vec4 sum = vec4(0.0);
     for (int i = 0; i < levelTaps; ++i)
         sum += texture2D(inputImageTexture, start + direction * float(i));
+#ifdef TO_LAB
+    // The last draw of a line blur of a picture sharpened before it: clamped and rounded as the
+    // sharpen's byte was, then stored as Lab (lab_functions.glsl and the swizzles come first).
+    vec4 colour = swizzleIn(sum / float(levelTaps));
+    gl_FragColor = swizzleOut(vec4(labFromRgb(asStoredByte(colour.rgb)), clamp(colour.a, 0.0, 1.0)));
+#else
     gl_FragColor = sum / float(levelTaps);
+#endif
 }

@@ -49,11 +49,15 @@ TEST(TilePlan, PaddingGrowsTilesButWritesEachPixelOnce)
     {
         const auto tiles = TiledRunner::planTiles(613, 401, 128, padding);
         expectInnerRectsPartition(tiles, 613, 401);
+        // Padding at least as asked, no more than the alignment of the outer corner adds.
         const int p = (int) padding;
+        const int a = TiledRunner::tileBlockAlignment;
         for (const auto& t : tiles)
         {
-            if (t.outer.getX() > 0) EXPECT_EQ(t.insetLeft, p);
-            if (t.outer.getY() > 0) EXPECT_EQ(t.insetTop, p);
+            EXPECT_EQ(t.outer.getX() % a, 0);
+            EXPECT_EQ(t.outer.getY() % a, 0);
+            if (t.outer.getX() > 0) EXPECT_TRUE(t.insetLeft >= p && t.insetLeft < p + a) << t.insetLeft;
+            if (t.outer.getY() > 0) EXPECT_TRUE(t.insetTop >= p && t.insetTop < p + a) << t.insetTop;
         }
     }
 }
