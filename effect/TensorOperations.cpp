@@ -11,6 +11,7 @@
 #include "gpu/GPUImageMotionBlurToLab.h"
 #include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/GPUImageRGBToLabColorConversion.h"
+#include "gpu/GPUImageSaturateContrastGamma.h"
 #include "gpu/GPUImageUnsharpMaskChannelFilter.h"
 #include "gpu/GPUImageUnsharpMaskFilter.h"
 #include "gpu/GPUImageUnsharpMaskToLabFilter.h"
@@ -105,6 +106,16 @@ float prepareStrokeResult(SxImageRgbaBytes& result, const SxImageRgbaBytes& sour
     return 2.1f * std::max({ blurLength, sharpenRadius, lightRadius, smoothLength * scale });
 }
 
+/** Turns a filter's drawing off or on, every member of a group included. */
+void setRenderingPrevented(GPUImageOutput& node, bool prevented)
+{
+    if (auto* filter = dynamic_cast<GPUImageFilter*>(&node))
+        filter->preventRendering = prevented;
+    else if (auto* group = dynamic_cast<GPUImageFilterGroup*>(&node))
+        for (auto* member : group->filters)
+            setRenderingPrevented(*member, prevented);
+}
+
 struct FlowAndLine
 {
     GPUImageAnisotropicSmooth* smooth;
@@ -158,7 +169,7 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
             || !sharpen->init(sharpenRadius, sharpenAmount) || !toLab->init()
             || !light->init(lightRadius, lightAmount, 0.0f, 0.0f) || !toRgb->init())
             return built;
-        smooth->setTensorMapping(mapping.scale, mapping.offset);
+        smooth->setTensorMapping(mapping.tileOrigin, mapping.ratio, mapping.secondOrigin);
         lineBlur->setAngle(angle);
         lineBlur->setPasses(1);
 
@@ -171,13 +182,15 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
 
 void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
                        float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
-                       float sharpenAmount, float lightRadius, float lightAmount, float scale)
+                       float sharpenAmount, float lightRadius, float lightAmount, float scale, const StrokeFinish* finish)
 {
-    const float padding = angles.empty() ? -1.0f
-                                         : prepareStrokeResult(result, source, tensors, smoothLength, blurLength, sharpenRadius,
-                                                               lightRadius, scale);
+    float padding = angles.empty() ? -1.0f
+                                   : prepareStrokeResult(result, source, tensors, smoothLength, blurLength, sharpenRadius, lightRadius, scale);
     if (padding < 0.0f)
         return;
+    const bool finishUnsharp = finish != nullptr && finish->unsharpAmount != 0.0f;
+    if (finishUnsharp)
+        padding += std::max(2.0f * finish->unsharpRadius, (float) GPUImageGaussianBlur::reachFor(finish->unsharpRadius, 2));
 
     ScopedGLContext scoped;
     if (!scoped.isValid())
@@ -206,9 +219,10 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         light->name = "unSharpMaskFilter2";
 
         if (!smooth->init(&tensorTile, smoothLength, scale) || !lineBlur->initFilter(blurLength, 0)
-            || !sharpen->init(sharpenRadius, sharpenAmount) || !light->init(lightRadius, lightAmount, 0.0f, 0.0f))
+            || !sharpen->init(sharpenRadius, sharpenAmount)
+            || !(sharpenFirst ? light->initForHalfFloats(lightRadius, lightAmount, 0.0f, 0.0f) : light->init(lightRadius, lightAmount, 0.0f, 0.0f)))
             return built;
-        smooth->setTensorMapping(mapping.scale, mapping.offset);
+        smooth->setTensorMapping(mapping.tileOrigin, mapping.ratio, mapping.secondOrigin);
         lineBlur->setPasses(1);
 
         if (sharpenFirst)
@@ -220,10 +234,52 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         built.runs = (int) angles.size();
         // What does not depend on the angle is drawn once per tile.
         built.repeatFrom = sharpenFirst ? static_cast<GPUImageFilter*>(sharpen->unsharpFilter) : smooth;
-        built.beforeRun = [lineBlur, light, &angles](int run) {
+
+        // The finishing steps follow the maximum and draw only after the last copy.
+        std::vector<GPUImageOutput*> finishing;
+        if (finish != nullptr)
+        {
+            auto* colour = chain->make<GPUImageSaturateContrastGamma>();
+            if (!colour->init())
+            {
+                built.first = nullptr;
+                return built;
+            }
+            colour->setConversionWeights(finish->luminanceWeights.data());
+            colour->setSaturate(finish->saturation);
+            colour->setContrast(finish->contrast);
+            colour->setGamma(finish->gamma);
+            light->accumulator->setInvertedStack(finish->invert);
+            finishing.push_back(colour);
+            if (finishUnsharp)
+            {
+                auto* unsharp = chain->make<GPUImageUnsharpMaskFilter>();
+                if (!unsharp->init(finish->unsharpRadius, finish->unsharpAmount))
+                {
+                    built.first = nullptr;
+                    return built;
+                }
+                finishing.push_back(unsharp);
+                if (sharpenFirst)
+                {
+                    colour->outputTextureType = GL_HALF_FLOAT_OES;
+                    unsharp->blurFilter->setOutputTextureType(GL_HALF_FLOAT_OES);
+                }
+            }
+            if (sharpenFirst)
+                light->accumulator->outputTextureType = GL_HALF_FLOAT_OES;
+            FilterChain::wire({ light, finishing.front() });
+            if (finishing.size() > 1)
+                FilterChain::wire({ finishing[0], finishing[1] });
+            built.last = finishing.back();
+        }
+
+        built.beforeRun = [lineBlur, light, finishing, &angles](int run) {
             if (run == 0)
                 light->startStack();
             lineBlur->setAngle(angles[(size_t) run]);
+            for (auto* node : finishing)
+                setRenderingPrevented(*node, run + 1 < (int) angles.size());
         };
         return built;
     });

@@ -5,6 +5,7 @@
 
 #include "imaging/SxImageRgbaBytes.h"
 
+#include <array>
 #include <vector>
 
 namespace EffectOperations
@@ -32,7 +33,24 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
     rounding; but each tile is uploaded and read back once for all copies, the smear along the
     field is drawn once, the copies are merged on the GPU, the sharpen and the Lab conversions
     share draws, and a wide light blur is taken at a reduced size. */
+struct StrokeFinish;
 void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
                        float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
-                       float sharpenAmount, float lightRadius, float lightAmount, float scale);
+                       float sharpenAmount, float lightRadius, float lightAmount, float scale, const StrokeFinish* finish = nullptr);
+
+/** What the effect does to the merged copies before they are done: the dark style's inversion
+    back, a saturation / contrast / gamma step (GPUImageSaturateContrastGamma's amounts) and an
+    unsharp mask (skipped at an amount of 0). Given to renderStrokeStack, these run in the stack's
+    own tile chain after the last copy, so the picture is rounded to bytes once, at the end: the
+    copies' maximum is kept in half floats where the context has them, and a tile then differs
+    from the whole picture by a level at most (each rounding in between would be scaled up by
+    the saturation and the sharpening). The result equals running them one by one afterwards, to
+    the rounding of the steps in between. */
+struct StrokeFinish
+{
+    bool invert = false;
+    float saturation = 1.0f, contrast = 0.0f, gamma = 0.0f;
+    std::array<float, 4> luminanceWeights { 0.0f, 0.2125f, 0.7154f, 0.0721f };
+    float unsharpRadius = 0.0f, unsharpAmount = 0.0f;
+};
 } // namespace EffectOperations

@@ -249,16 +249,19 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
     std::vector<float> angles;
     for (int i = 1; i <= 12; ++i)
         angles.push_back(strokeAngle(i));
+    // Then the dark style's inversion back, the colour step and the last sharpen, in the same
+    // chain, so the merged copies are rounded to bytes once.
+    EffectOperations::StrokeFinish finish;
+    finish.invert = strokeStyle == 1;
+    finish.saturation = saturation * 1.8f + 0.2f + 1.0f;
+    finish.contrast = contrast;
+    std::copy(std::begin(luminanceWeights), std::end(luminanceWeights), finish.luminanceWeights.begin());
+    finish.unsharpRadius = s * 1.5f;
+    finish.unsharpAmount = postSharpen;
     EffectOperations::renderStrokeStack(*effectResult, image, *tensors, smoothLength, blurLength, angles, s * 1.5f,
-                                        sharpenAmount, s * 7.5f, lightAmount, s);
+                                        sharpenAmount, s * 7.5f, lightAmount, s, &finish);
     tensors.reset();
 
-    if (strokeStyle == 1)
-        invertColours(*effectResult);
-
-    EffectOperations::applySaturateContrastGamma(*effectResult, saturation * 1.8f + 0.2f + 1.0f, contrast, 0.0f, luminanceWeights);
-    if (postSharpen != 0.0f)
-        EffectOperations::applyUnsharp(*effectResult, s * 1.5f, postSharpen);
     if (originalImageHadAlpha)
         copyAlpha(*effectResult, input);
 

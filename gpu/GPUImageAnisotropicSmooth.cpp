@@ -28,7 +28,7 @@ bool GPUImageAnisotropicSmooth::init(const SxImageRgbaBytes* image, float length
         return false;
     ScopedGLContext scoped;
     tensorImageTextureUniform = filterProgram->uniformIndex("tensorImageTexture");
-    setTensorMapping({ 1.0f, 1.0f }, { 0.0f, 0.0f });
+    hasTensorMapping = false;
     return true;
 }
 
@@ -49,6 +49,14 @@ void GPUImageAnisotropicSmooth::renderToTextureWithVertices(const GLfloat* verti
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, tensorImage->width, tensorImage->height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
                  tensorImage->pixels);
     setInteger(tensorTextureUnit, "tensorImageTexture");
+    setPoint({ 1.0f / (float) tensorImage->width, 1.0f / (float) tensorImage->height }, "fieldTexel");
+    const auto size = outputFrameSize();
+    if (!hasTensorMapping && !size.isEmpty())
+    {
+        setPoint({ 0.0f, 0.0f }, "tileOrigin");
+        setPoint({ 0.0f, 0.0f }, "fieldOrigin");
+        setPoint({ (float) (tensorImage->width / (double) size.width), (float) (tensorImage->height / (double) size.height) }, "fieldRatio");
+    }
 
     GPUImageMultiPassTextureSamplingFilter::renderToTextureWithVertices(vertices, textureCoordinates, sourceTexture);
 
@@ -58,8 +66,10 @@ void GPUImageAnisotropicSmooth::renderToTextureWithVertices(const GLfloat* verti
     tensorTexture = 0;
 }
 
-void GPUImageAnisotropicSmooth::setTensorMapping(juce::Point<float> scale, juce::Point<float> offset)
+void GPUImageAnisotropicSmooth::setTensorMapping(juce::Point<int> tileOrigin, juce::Point<double> ratio, juce::Point<int> fieldOrigin)
 {
-    setPoint(scale, "tensorScale");
-    setPoint(offset, "tensorOffset");
+    hasTensorMapping = true;
+    setPoint(tileOrigin.toFloat(), "tileOrigin");
+    setPoint({ (float) ratio.x, (float) ratio.y }, "fieldRatio");
+    setPoint(fieldOrigin.toFloat(), "fieldOrigin");
 }

@@ -18,13 +18,15 @@ public:
     /** The program text for a bound and a scale (what init compiles). */
     static juce::String fragmentSourceFor(int loopBound, double documentScale);
 
-    /** Where the field lies under this picture: field coordinate = picture coordinate × scale +
-        offset (both 0..1). Identity unless the field was cut for a tile at another size. */
-    void setTensorMapping(juce::Point<float> scale, juce::Point<float> offset);
+    /** Where the field lies under this picture, in pixels: a pixel p of the picture reads the
+        field at (p + tileOrigin) × ratio − fieldOrigin (see TiledRunner::SecondTileMapping).
+        Until it is set, the field spans the picture (ratio from their sizes, origins 0). */
+    void setTensorMapping(juce::Point<int> tileOrigin, juce::Point<double> ratio, juce::Point<int> fieldOrigin);
 
     void renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture) override;
 
     const SxImageRgbaBytes* tensorImage = nullptr;
+    bool hasTensorMapping = false;
     GLuint tensorTexture = 0;
     GLint tensorImageTextureUniform = -1;
 };

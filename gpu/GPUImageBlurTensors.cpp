@@ -16,8 +16,8 @@ bool GPUImageBlurTensors::init()
 void GPUImageBlurTensors::setBlurSpread(float value)
 {
     blurSpread = value;
-    setFloat(value, "blurSpread");
-    setSecondFloat(value, "blurSpread");
+    setFloat(onSubtexelGrid(value), "blurSpread");
+    setSecondFloat(onSubtexelGrid(value), "blurSpread");
 }
 
 void GPUImageBlurTensors::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)

@@ -23,8 +23,8 @@ bool GPUImageBox4BlurFilter::initFilter(bool alpha)
 void GPUImageBox4BlurFilter::setBlurSpread(float value)
 {
     blurSpread = value;
-    setFloat(value, "blurSpread");
-    setSecondFloat(value, "blurSpread");
+    setFloat(onSubtexelGridForHalfSteps(value), "blurSpread");
+    setSecondFloat(onSubtexelGridForHalfSteps(value), "blurSpread");
 }
 
 GLProgram* GPUImageBox4BlurFilter::programFor(const juce::String& vertexSource, const juce::String& fragmentSource)

@@ -32,7 +32,7 @@ GPUImageBoxBlur::GPUImageBoxBlur(float radius) : blurRadius(radius)
 
 juce::String GPUImageBoxBlur::vertexText(float spread)
 {
-    const auto s = number(spread);
+    const auto s = number(onSubtexelGridForHalfSteps(spread));
     return "attribute vec4 position; attribute vec2 inputTextureCoordinate; uniform highp float texelWidthOffset;"
            "uniform highp float texelHeightOffset; varying highp vec2 centerTextureCoordinate; varying highp vec2 texelOffset;"
            " void main(){ gl_Position = position; highp vec2 offset = vec2(texelWidthOffset*" + s + ", texelHeightOffset*" + s

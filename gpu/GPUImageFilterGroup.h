@@ -36,6 +36,10 @@ public:
     void releaseReadPixels() override;
     bool readPixelsInto(SxImageRgbaBytes& image) override;
 
+    /** Gives every member filter (of nested groups too) this output texel type; see
+        GPUImageFilter::outputTextureType. */
+    void setOutputTextureType(GLenum type);
+
     /** Destroys and deletes every member. */
     void destroy() override;
 

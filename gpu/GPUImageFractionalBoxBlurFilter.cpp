@@ -21,8 +21,8 @@ void GPUImageFractionalBoxBlurFilter::setBlurSize(float value)
 {
     blurSize = value;
     // The shared vertex program scales its step by "blurSpread".
-    setFloat(value, "blurSpread");
-    setSecondFloat(value, "blurSpread");
+    setFloat(onSubtexelGrid(value), "blurSpread");
+    setSecondFloat(onSubtexelGrid(value), "blurSpread");
 }
 
 GLProgram* GPUImageFractionalBoxBlurFilter::programFor(const juce::String& vertexSource, const juce::String& fragmentSource)

@@ -40,14 +40,16 @@ GPUImageSize GPUImageDownsampleFilter::outputFrameSize()
 }
 
 //==============================================================================
-bool GPUImageMaximumAccumulator::init()
+bool GPUImageMaximumAccumulator::init(bool rounded)
 {
     useProgramCache = true;
-    if (!initWithFragmentShader(juce::String(ShaderStore::swizzlePrefix) + "\n" + ShaderStore::text("lab_functions.glsl") + "\n"
-                                + ShaderStore::text("lab_unsharp_lighten.frag")))
+    className = rounded ? "GPUImageMaximumAccumulator" : "GPUImageMaximumAccumulator.unrounded";
+    if (!initWithFragmentShader(juce::String(rounded ? "" : "#define UNROUNDED\n") + ShaderStore::swizzlePrefix + "\n"
+                                + ShaderStore::text("lab_functions.glsl") + "\n" + ShaderStore::text("lab_unsharp_lighten.frag")))
         return false;
     setInteger(accumulatorTextureUnit, "accumulatorTexture");
     setPoint({ 1.0f, 1.0f }, "blurCoordinateScale");
+    setInvertedStack(false);
     return true;
 }
 
@@ -150,11 +152,21 @@ float GPUImageLabSharpenLightenFilter::reducedArgument(float radius, int reducti
 
 bool GPUImageLabSharpenLightenFilter::init(float radius, float intensityL, float intensityA, float intensityB)
 {
+    return build(radius, intensityL, intensityA, intensityB, false);
+}
+
+bool GPUImageLabSharpenLightenFilter::initForHalfFloats(float radius, float intensityL, float intensityA, float intensityB)
+{
+    return build(radius, intensityL, intensityA, intensityB, true);
+}
+
+bool GPUImageLabSharpenLightenFilter::build(float radius, float intensityL, float intensityA, float intensityB, bool halfFloats)
+{
     const int reduction = reductionFor(radius);
     blurFilter = addFilter(new GPUImageGaussianBlur());
     bool ok = blurFilter->init(reducedArgument(radius, reduction), 2);
     accumulator = addFilter(new GPUImageMaximumAccumulator());
-    ok = accumulator->init() && ok;
+    ok = accumulator->init(!halfFloats) && ok;
     accumulator->setIntensities(intensityL, intensityA, intensityB);
     accumulator->reduction = reduction;
 
@@ -170,6 +182,14 @@ bool GPUImageLabSharpenLightenFilter::init(float radius, float intensityL, float
     }
     else
         initialFilters = { blurFilter, accumulator };
+    if (halfFloats)
+    {
+        // The accumulator's maximum stays in bytes: rounding is monotonic, so the maximum of
+        // rounded copies is the rounded maximum.
+        blurFilter->setOutputTextureType(GL_HALF_FLOAT_OES);
+        if (downsample != nullptr)
+            downsample->outputTextureType = GL_HALF_FLOAT_OES;
+    }
     terminalFilter = accumulator;
     inputFilterToIgnoreForUpdates = accumulator;
     return ok;

@@ -29,10 +29,14 @@ public:
 class GPUImageMaximumAccumulator : public GPUImageTwoInputFilter
 {
 public:
-    bool init();
+    /** `rounded`: the sharpened Lab is rounded as a stored byte would be, as for byte inputs. */
+    bool init(bool rounded = true);
     void setIntensities(float red, float green, float blue);
     /** The factor by which the blurred input is smaller than the picture (1, 2 or 4). */
     int reduction = 1;
+    /** Keeps the running maximum inverted (1 − maximum), for a stack whose copies were drawn from
+        an inverted picture and which is inverted back afterwards. */
+    void setInvertedStack(bool inverted) { setFloat(inverted ? 1.0f : 0.0f, "invertedStack"); }
     /** Forgets the copies drawn so far: the next draw starts a new stack. */
     void startStack() { hasAccumulation = false; }
 
@@ -52,6 +56,9 @@ public:
     /** radius is the blur's argument as for GPUImageGaussianBlur (two passes); the intensities
         act on L, a and b. The GL context must be current; false when a program fails. */
     virtual bool init(float radius, float intensityL, float intensityA, float intensityB);
+    /** The same for a Lab picture in half floats (GPUImageMotionBlurToLab's): the blur keeps
+        half floats too and nothing is rounded before the stored maximum. */
+    bool initForHalfFloats(float radius, float intensityL, float intensityA, float intensityB);
     void startStack();
 
     /** The factor by which the blur's image is shrunk for a blur argument (1, 2 or 4). */
@@ -60,6 +67,10 @@ public:
         does at full size, the shrinking and enlarging included. */
     static float reducedArgument(float radius, int reduction);
 
+private:
+    bool build(float radius, float intensityL, float intensityA, float intensityB, bool halfFloats);
+
+public:
     GPUImageDownsampleFilter* downsample = nullptr;
     GPUImageGaussianBlur* blurFilter = nullptr;
     GPUImageMaximumAccumulator* accumulator = nullptr;

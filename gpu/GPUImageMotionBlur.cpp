@@ -37,11 +37,8 @@ juce::String GPUImageMotionBlur::fragmentSourceFor(float length, bool secondLeve
 {
     const auto split = levelsFor(length, twoLevelFromTaps);
     const bool second = secondLevel && split.isTwoLevel();
-    const auto body = ShaderStore::text("motion_blur.frag")
-                          .replace("HARD_CODED_LENGTH", lengthText(length))
-                          .replace("TAP_GAPS", juce::String(split.gaps))
-                          .replace("LEVEL_TAPS", juce::String(second ? split.secondTaps : split.firstTaps))
-                          .replace("LEVEL_SPACING", juce::String(second ? split.firstTaps : 1) + ".0");
+    // The taps' places are uniforms (see setAngle); only their count is a constant of the text.
+    const auto body = ShaderStore::text("motion_blur.frag").replace("LEVEL_TAPS", juce::String(second ? split.secondTaps : split.firstTaps));
     return ShaderStore::composeColourProgram(body);
 }
 
@@ -51,6 +48,7 @@ bool GPUImageMotionBlur::initFilter(float length, int filterType)
     if (filterType != 0)
         return false;
     levels = levelsFor(length, twoLevelFromTaps);
+    span = 0.5f * lengthText(length).getFloatValue();
     const auto& vertex = ShaderStore::text("passthrough.vert");
     // One level: both passes draw a whole box. Two levels: the passes draw a box's two levels,
     // and each tent takes two pairs of draws.
@@ -72,6 +70,28 @@ void GPUImageMotionBlur::setAngle(float value)
     setSecondFloat(c, "cosa");
     setSecondFloat(s, "sina");
     setSecondFloat(value, "angle");
+
+    // Taps in pixels, on the 1/256 grid: a step of span / gaps pixels along the line (times the
+    // first level's run in the second level), the first tap half the run back.
+    const bool second = levels.isTwoLevel();
+    auto placeTaps = [&](int taps, float spacing, bool forSecond) {
+        const float step = span / (float) std::max(1, levels.gaps) * spacing;
+        const juce::Point<float> tapStep { onSubtexelGrid(c * step), onSubtexelGrid(s * step) };
+        const float back = -0.5f * (float) (taps - 1);
+        const juce::Point<float> firstTap { onSubtexelGrid(tapStep.x * back), onSubtexelGrid(tapStep.y * back) };
+        if (forSecond)
+        {
+            setSecondPoint(tapStep, "tapStep");
+            setSecondPoint(firstTap, "firstTap");
+        }
+        else
+        {
+            setPoint(tapStep, "tapStep");
+            setPoint(firstTap, "firstTap");
+        }
+    };
+    placeTaps(levels.firstTaps, 1.0f, false);
+    placeTaps(second ? levels.secondTaps : levels.firstTaps, second ? (float) levels.firstTaps : 1.0f, true);
 }
 
 void GPUImageMotionBlur::setupFilterForSize(GPUImageSize size)

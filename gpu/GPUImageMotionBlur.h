@@ -47,4 +47,6 @@ public:
     /** Set before initFilter: the shortest box drawn in two levels. */
     int twoLevelFromTaps = defaultTwoLevelFromTaps;
     Levels levels;
+    /** Half the line's length in pixels, as the boxes use it. */
+    float span = 0.5f;
 };

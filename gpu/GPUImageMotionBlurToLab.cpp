@@ -90,7 +90,7 @@ void GPUImageMotionBlurToLab::createFilterFBOofSize(GPUImageSize size)
 {
     GPUImageMotionBlur::createFilterFBOofSize(size);
     ScopedGLContext scoped;
-    labFramebuffer = createFramebufferForTexture(labTexture, size);
+    labFramebuffer = createFramebufferForTexture(labTexture, size, GL_HALF_FLOAT_OES);
 }
 
 void GPUImageMotionBlurToLab::destroyFilterFBO()

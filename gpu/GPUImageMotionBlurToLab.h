@@ -1,8 +1,9 @@
 #pragma once
 // The line blur of a stroke copy whose picture was sharpened before it (see
 // GPUImageUnsharpMaskUnclampedFilter): its passes read and write half floats, so overshoots
-// survive, and its last draw clamps, rounds to the byte and converts to Lab into a byte texture,
-// which is what targets read. One draw does what the sharpen-to-Lab draw after a line blur did.
+// survive, and its last draw clamps and converts to Lab into a texture of its own (half floats as
+// well), which is what targets read. One draw does what the sharpen-to-Lab draw after a line blur
+// did.
 
 #include "gpu/GPUImageMotionBlur.h"
 

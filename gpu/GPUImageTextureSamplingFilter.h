@@ -3,6 +3,25 @@
 
 #include "gpu/GPUImageFilter.h"
 
+#include <cmath>
+
+/** Rounds an offset between taps, in texels, to a multiple of 1/256. Linear filtering of byte
+    textures weighs neighbours in steps of 1/256 texel (llvmpipe does), so a tap on this grid lies
+    in the middle of a step, where the last-bit differences of coordinates normalised by a tile's
+    size instead of the whole picture's cannot move it into the next one: a tile and the whole
+    picture then fetch the same mixtures. Sums of grid values stay on the grid exactly. */
+inline float onSubtexelGrid(float texels)
+{
+    return std::round(texels * 256.0f) / 256.0f;
+}
+
+/** The spread of a box whose taps lie 1.5, 3.5, ... spreads out: a multiple of 2/256, so that
+    every tap is on the grid. */
+inline float onSubtexelGridForHalfSteps(float spread)
+{
+    return 2.0f * onSubtexelGrid(0.5f * spread);
+}
+
 class GPUImageTextureSamplingFilter : public GPUImageFilter
 {
 public:

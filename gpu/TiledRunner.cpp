@@ -140,8 +140,9 @@ void runWithSecondImage(SxImageRgbaBytes& image, const SxImageRgbaBytes& second,
         secondCut.copyOutRect(second, secondCut.bounds(), cutRect);
 
         SecondTileMapping mapping;
-        mapping.scale = { (float) ((x1 - x0) / cutRect.getWidth()), (float) ((y1 - y0) / cutRect.getHeight()) };
-        mapping.offset = { (float) ((x0 - left) / cutRect.getWidth()), (float) ((y0 - top) / cutRect.getHeight()) };
+        mapping.tileOrigin = tile.outer.getPosition();
+        mapping.secondOrigin = cutRect.getPosition();
+        mapping.ratio = { ratioX, ratioY };
 
         TileChain chain = buildChain(secondCut, mapping);
         if (chain.first != nullptr && chain.last != nullptr)

@@ -55,12 +55,15 @@ struct TileChain
     GPUImageFilter* repeatFrom = nullptr;
 };
 
-/** Where a cut of the second image lies under a tile of the first, in 0..1 coordinates of each:
-    second = first × scale + offset. */
+/** Where a cut of the second image lies under a tile of the first, in pixels: a pixel p of the
+    tile lies at (p + tileOrigin) × ratio − secondOrigin in the cut. Origins are whole pixels of the
+    whole images, so a program that maps in these terms reads the same places in a tile as in the
+    whole picture. */
 struct SecondTileMapping
 {
-    juce::Point<float> scale { 1.0f, 1.0f };
-    juce::Point<float> offset { 0.0f, 0.0f };
+    juce::Point<int> tileOrigin;
+    juce::Point<int> secondOrigin;
+    juce::Point<double> ratio { 1.0, 1.0 };
 };
 
 /** Runs a chain that also needs a second image of another size but the same aspect: for each

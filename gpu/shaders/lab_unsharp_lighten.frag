@@ -15,15 +15,27 @@ uniform highp float intensityGreen;
 uniform highp float intensityBlue;
 // Where the blurred image, smaller by a whole factor, is read for a place of the picture.
 uniform highp vec2 blurCoordinateScale;
+// 1 where the stack keeps its maximum inverted (the dark style's copies are drawn from the
+// inverted picture and their merge is inverted back), else 0.
+uniform highp float invertedStack;
 
 void main()
 {
     highp vec4 lab = swizzleIn(texture2D(inputImageTexture, textureCoordinate));
     highp vec3 blurredLab = swizzleIn(texture2D(inputImageTexture2, textureCoordinate2 * blurCoordinateScale)).rgb;
+    highp vec3 sharpened = lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue);
+#ifdef UNROUNDED
+    // Half-float inputs: clamped as a stored byte is, but not rounded; their one rounding is the
+    // stored maximum's.
+    sharpened = clamp(sharpened, 0.0, 1.0);
+#else
     // Rounded as the byte of a separate sharpen was: in the darks one step of L is a level of RGB.
-    highp vec3 sharpened = asStoredByte(lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue));
+    sharpened = asStoredByte(sharpened);
+#endif
     highp vec4 colour = vec4(rgbFromLab(sharpened), clamp(lab.a, 0.0, 1.0));
-    highp vec4 before = swizzleIn(texture2D(accumulatorTexture, textureCoordinate));
-    colour.rgb = max(colour.rgb, before.rgb * hasAccumulation);
+    highp vec3 before = swizzleIn(texture2D(accumulatorTexture, textureCoordinate)).rgb;
+    before = mix(before, 1.0 - before, invertedStack);
+    colour.rgb = max(colour.rgb, before * hasAccumulation);
+    colour.rgb = mix(colour.rgb, 1.0 - colour.rgb, invertedStack);
     gl_FragColor = swizzleOut(colour);
 }

@@ -31,7 +31,7 @@ void expectTiledEqualsUntiled(const Operation& operation, const char* label)
         operation(tiled);
     }
     EXPECT_GT(TestImages::maxDifference(whole, original), 10) << label << ": the operation did something";
-    EXPECT_LE(TestImages::maxDifference(whole, tiled), 2) << label;
+    EXPECT_EQ(TestImages::maxDifference(whole, tiled), 0) << label;
 }
 } // namespace
 

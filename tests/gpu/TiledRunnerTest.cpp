@@ -126,11 +126,15 @@ TEST(TiledRun, SecondImageIsCutInStepAtItsOwnScale)
         // Half the tile, plus at most a texel of margin on each side.
         EXPECT_NEAR(secondSizes[i].x, tiles[i].outer.getWidth() / 2.0, 2.5);
         EXPECT_NEAR(secondSizes[i].y, tiles[i].outer.getHeight() / 2.0, 2.5);
-        // The mapping puts the tile's corners on the second image's pixels of the same place.
+        // The mapping puts the tile's corners on the second image's pixels of the same place,
+        // inside the cut.
         const auto& m = mappings[i];
-        const double cutLeft = tiles[i].outer.getX() / 2.0 - m.offset.x * secondSizes[i].x;
-        const double mappedRight = cutLeft + (m.scale.x + m.offset.x) * secondSizes[i].x;
-        EXPECT_NEAR(cutLeft, std::max(0.0, std::floor(tiles[i].outer.getX() / 2.0) - 1.0), 1e-3);
-        EXPECT_NEAR(mappedRight, tiles[i].outer.getRight() / 2.0, 1e-3);
+        EXPECT_EQ(m.tileOrigin, tiles[i].outer.getPosition());
+        EXPECT_DOUBLE_EQ(m.ratio.x, 0.5);
+        const double mappedLeft = m.tileOrigin.x * m.ratio.x - m.secondOrigin.x;
+        const double mappedRight = (tiles[i].outer.getWidth() + m.tileOrigin.x) * m.ratio.x - m.secondOrigin.x;
+        EXPECT_EQ(m.secondOrigin.x, std::max(0, (int) std::floor(tiles[i].outer.getX() / 2.0) - 1));
+        EXPECT_GE(mappedLeft, 0.0);
+        EXPECT_LE(mappedRight, secondSizes[i].x);
     }
 }
