@@ -14,7 +14,6 @@
 #include "gpu/GPUImageSaturateContrastGamma.h"
 #include "gpu/GPUImageUnsharpMaskChannelFilter.h"
 #include "gpu/GPUImageUnsharpMaskFilter.h"
-#include "gpu/GPUImageUnsharpMaskToLabFilter.h"
 #include "gpu/GPUImageUnsharpMaskUnclampedFilter.h"
 #include "gpu/GPUImageTwoInputFilter.h"
 #include "gpu/TiledRunner.h"
@@ -116,23 +115,13 @@ void setRenderingPrevented(GPUImageOutput& node, bool prevented)
             setRenderingPrevented(*member, prevented);
 }
 
-struct FlowAndLine
-{
-    GPUImageAnisotropicSmooth* smooth;
-    GPUImageMotionBlur* lineBlur;
-};
-
-/** The head of every stroke copy: the smear along the direction field, then the straight blur
-    (one that ends in Lab when `lineToLab`). */
-FlowAndLine makeFlowAndLine(FilterChain& chain, bool lineToLab = false)
+/** The head of every stroke copy: the smear along the direction field. */
+GPUImageAnisotropicSmooth* makeSmooth(FilterChain& chain)
 {
     auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
     smooth->useProgramCache = true;
     smooth->compareProgramSource = true;
-    GPUImageMotionBlur* lineBlur = lineToLab ? chain.make<GPUImageMotionBlurToLab>() : chain.make<GPUImageMotionBlur>();
-    lineBlur->useProgramCache = true;
-    lineBlur->compareProgramSource = true;
-    return { smooth, lineBlur };
+    return smooth;
 }
 } // namespace
 
@@ -153,9 +142,10 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         TiledRunner::TileChain built;
         built.finished = [&chain] { chain.reset(); };
 
-        const auto flow = makeFlowAndLine(*chain);
-        auto* smooth = flow.smooth;
-        auto* lineBlur = flow.lineBlur;
+        auto* smooth = makeSmooth(*chain);
+        auto* lineBlur = chain->make<GPUImageMotionBlur>();
+        lineBlur->useProgramCache = true;
+        lineBlur->compareProgramSource = true;
         auto* sharpen = chain->make<GPUImageUnsharpMaskFilter>();
         sharpen->name = "unSharpMaskFilter1";
         auto* toLab = chain->make<GPUImageRGBToLabColorConversion>();
@@ -195,10 +185,9 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
     ScopedGLContext scoped;
     if (!scoped.isValid())
         return;
-    // Sharpening is linear, so it commutes with the line blur: where half floats can carry its
-    // overshoots, the smeared picture is sharpened once per tile and each copy only blurs along
-    // its line, clamps and converts to Lab in the line blur's last draw.
-    const bool sharpenFirst = GPUImageOpenGLESContext::sharedImageProcessingContext().supportsHalfFloatTargets();
+    // Sharpening is linear, so it commutes with the line blur: the smeared picture is sharpened
+    // once per tile (kept beyond 0..1 in an encoding) and each copy only blurs along its line,
+    // clamps and converts to Lab in the line blur's last draw.
     std::unique_ptr<FilterChain> chain;
     TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
         chain = std::make_unique<FilterChain>();
@@ -206,34 +195,28 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         built.finished = [&chain] { chain.reset(); };
 
         // Only the line blur's angle differs between the copies, so one chain draws them all.
-        const auto flow = makeFlowAndLine(*chain, sharpenFirst);
-        auto* smooth = flow.smooth;
-        auto* lineBlur = flow.lineBlur;
-        GPUImageUnsharpMaskFilter* sharpen = nullptr;
-        if (sharpenFirst)
-            sharpen = chain->make<GPUImageUnsharpMaskUnclampedFilter>();
-        else
-            sharpen = chain->make<GPUImageUnsharpMaskToLabFilter>();
+        auto* smooth = makeSmooth(*chain);
+        auto* sharpen = chain->make<GPUImageUnsharpMaskUnclampedFilter>();
         sharpen->name = "unSharpMaskFilter1";
+        auto* lineBlur = chain->make<GPUImageMotionBlurToLab>();
+        lineBlur->useProgramCache = true;
+        lineBlur->compareProgramSource = true;
         auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
         light->name = "unSharpMaskFilter2";
 
-        if (!smooth->init(&tensorTile, smoothLength, scale) || !lineBlur->initFilter(blurLength, 0)
-            || !sharpen->init(sharpenRadius, sharpenAmount)
-            || !(sharpenFirst ? light->initForHalfFloats(lightRadius, lightAmount, 0.0f, 0.0f) : light->init(lightRadius, lightAmount, 0.0f, 0.0f)))
+        if (!smooth->init(&tensorTile, smoothLength, scale) || !sharpen->init(sharpenRadius, sharpenAmount)
+            || !lineBlur->initFilter(blurLength, 0) || !light->init(lightRadius, lightAmount, 0.0f, 0.0f))
             return built;
         smooth->setTensorMapping(mapping.tileOrigin, mapping.ratio, mapping.secondOrigin);
+        lineBlur->setEncodedRange(sharpenAmount);
         lineBlur->setPasses(1);
 
-        if (sharpenFirst)
-            FilterChain::wire({ smooth, sharpen, lineBlur, light });
-        else
-            FilterChain::wire({ smooth, lineBlur, sharpen, light });
+        FilterChain::wire({ smooth, sharpen, lineBlur, light });
         built.first = smooth;
         built.last = light;
         built.runs = (int) angles.size();
         // What does not depend on the angle is drawn once per tile.
-        built.repeatFrom = sharpenFirst ? static_cast<GPUImageFilter*>(sharpen->unsharpFilter) : smooth;
+        built.repeatFrom = sharpen->unsharpFilter;
 
         // The finishing steps follow the maximum and draw only after the last copy.
         std::vector<GPUImageOutput*> finishing;
@@ -260,14 +243,7 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
                     return built;
                 }
                 finishing.push_back(unsharp);
-                if (sharpenFirst)
-                {
-                    colour->outputTextureType = GL_HALF_FLOAT_OES;
-                    unsharp->blurFilter->setOutputTextureType(GL_HALF_FLOAT_OES);
-                }
             }
-            if (sharpenFirst)
-                light->accumulator->outputTextureType = GL_HALF_FLOAT_OES;
             FilterChain::wire({ light, finishing.front() });
             if (finishing.size() > 1)
                 FilterChain::wire({ finishing[0], finishing[1] });

@@ -187,14 +187,14 @@ GPUImageSize GPUImageFilter::outputFrameSize()
 }
 
 //==============================================================================
-GLuint GPUImageFilter::createFramebufferForTexture(GLuint texture, GPUImageSize size, GLenum type)
+GLuint GPUImageFilter::createFramebufferForTexture(GLuint texture, GPUImageSize size)
 {
     GLuint framebuffer = 0;
     glActiveTexture(GL_TEXTURE1);
     glGenFramebuffers(1, &framebuffer);
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, (GLsizei) size.width, (GLsizei) size.height, 0, GL_RGBA, type, nullptr);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, (GLsizei) size.width, (GLsizei) size.height, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
     glCheckFramebufferStatus(GL_FRAMEBUFFER);
     glBindTexture(GL_TEXTURE_2D, 0);
@@ -205,7 +205,7 @@ void GPUImageFilter::createFilterFBOofSize(GPUImageSize size)
 {
     ScopedGLContext scoped;
     initializeOutputTexture();
-    filterFramebuffer = createFramebufferForTexture(outputTexture, size, outputTextureType);
+    filterFramebuffer = createFramebufferForTexture(outputTexture, size);
     ownsFramebuffer = true;
 }
 

@@ -89,10 +89,6 @@ public:
     bool useProgramCache = false;
     juce::String className;
     bool compareProgramSource = false;
-    /** The texel type of the output texture(s): bytes, or GL_HALF_FLOAT_OES for a filter whose
-        result goes beyond 0..1 or needs more than 8 bits before the next one reads it (set before
-        the first frame; see GPUImageOpenGLESContext::supportsHalfFloatTargets). */
-    GLenum outputTextureType = GL_UNSIGNED_BYTE;
 
     // Queued uniform values: a value set again under its name replaces the old entry and moves to
     // the end; the queues are applied at every draw and never emptied.
@@ -114,7 +110,7 @@ protected:
     static void applyUniforms(GLProgram& program, const UniformQueue<int>&, const UniformQueue<float>&,
                               const UniformQueue<juce::Point<float>>&);
     /** Allocates storage for a texture at the given size and attaches it to a new framebuffer. */
-    static GLuint createFramebufferForTexture(GLuint texture, GPUImageSize size, GLenum type = GL_UNSIGNED_BYTE);
+    static GLuint createFramebufferForTexture(GLuint texture, GPUImageSize size);
 
     bool ownsFramebuffer = true;
 };

@@ -98,17 +98,6 @@ bool GPUImageFilterGroup::readPixelsInto(SxImageRgbaBytes& image)
     return terminalFilter != nullptr && terminalFilter->readPixelsInto(image);
 }
 
-void GPUImageFilterGroup::setOutputTextureType(GLenum type)
-{
-    for (auto* member : filters)
-    {
-        if (auto* filter = dynamic_cast<GPUImageFilter*>(member))
-            filter->outputTextureType = type;
-        else if (auto* group = dynamic_cast<GPUImageFilterGroup*>(member))
-            group->setOutputTextureType(type);
-    }
-}
-
 void GPUImageFilterGroup::destroy()
 {
     for (auto* f : filters)

@@ -36,10 +36,6 @@ public:
     void releaseReadPixels() override;
     bool readPixelsInto(SxImageRgbaBytes& image) override;
 
-    /** Gives every member filter (of nested groups too) this output texel type; see
-        GPUImageFilter::outputTextureType. */
-    void setOutputTextureType(GLenum type);
-
     /** Destroys and deletes every member. */
     void destroy() override;
 

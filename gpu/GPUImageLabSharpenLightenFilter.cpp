@@ -40,12 +40,11 @@ GPUImageSize GPUImageDownsampleFilter::outputFrameSize()
 }
 
 //==============================================================================
-bool GPUImageMaximumAccumulator::init(bool rounded)
+bool GPUImageMaximumAccumulator::init()
 {
     useProgramCache = true;
-    className = rounded ? "GPUImageMaximumAccumulator" : "GPUImageMaximumAccumulator.unrounded";
-    if (!initWithFragmentShader(juce::String(rounded ? "" : "#define UNROUNDED\n") + ShaderStore::swizzlePrefix + "\n"
-                                + ShaderStore::text("lab_functions.glsl") + "\n" + ShaderStore::text("lab_unsharp_lighten.frag")))
+    if (!initWithFragmentShader(juce::String(ShaderStore::swizzlePrefix) + "\n" + ShaderStore::text("lab_functions.glsl") + "\n"
+                                + ShaderStore::text("lab_unsharp_lighten.frag")))
         return false;
     setInteger(accumulatorTextureUnit, "accumulatorTexture");
     setPoint({ 1.0f, 1.0f }, "blurCoordinateScale");
@@ -95,6 +94,9 @@ void GPUImageMaximumAccumulator::renderToTextureWithVertices(const GLfloat* vert
     glActiveTexture(GL_TEXTURE0 + accumulatorTextureUnit);
     glBindTexture(GL_TEXTURE_2D, 0);
     hasAccumulation = true;
+    // Targets were handed a texture when they were wired; the maximum now lives in the other one.
+    for (size_t i = 0; i < targets.size(); ++i)
+        setInputTextureForTarget(targets[i], targetTextureIndices[i]);
 }
 
 void GPUImageMaximumAccumulator::destroyFilterFBO()
@@ -152,21 +154,11 @@ float GPUImageLabSharpenLightenFilter::reducedArgument(float radius, int reducti
 
 bool GPUImageLabSharpenLightenFilter::init(float radius, float intensityL, float intensityA, float intensityB)
 {
-    return build(radius, intensityL, intensityA, intensityB, false);
-}
-
-bool GPUImageLabSharpenLightenFilter::initForHalfFloats(float radius, float intensityL, float intensityA, float intensityB)
-{
-    return build(radius, intensityL, intensityA, intensityB, true);
-}
-
-bool GPUImageLabSharpenLightenFilter::build(float radius, float intensityL, float intensityA, float intensityB, bool halfFloats)
-{
     const int reduction = reductionFor(radius);
     blurFilter = addFilter(new GPUImageGaussianBlur());
     bool ok = blurFilter->init(reducedArgument(radius, reduction), 2);
     accumulator = addFilter(new GPUImageMaximumAccumulator());
-    ok = accumulator->init(!halfFloats) && ok;
+    ok = accumulator->init() && ok;
     accumulator->setIntensities(intensityL, intensityA, intensityB);
     accumulator->reduction = reduction;
 
@@ -182,14 +174,6 @@ bool GPUImageLabSharpenLightenFilter::build(float radius, float intensityL, floa
     }
     else
         initialFilters = { blurFilter, accumulator };
-    if (halfFloats)
-    {
-        // The accumulator's maximum stays in bytes: rounding is monotonic, so the maximum of
-        // rounded copies is the rounded maximum.
-        blurFilter->setOutputTextureType(GL_HALF_FLOAT_OES);
-        if (downsample != nullptr)
-            downsample->outputTextureType = GL_HALF_FLOAT_OES;
-    }
     terminalFilter = accumulator;
     inputFilterToIgnoreForUpdates = accumulator;
     return ok;

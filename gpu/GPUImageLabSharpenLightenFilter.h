@@ -29,8 +29,7 @@ public:
 class GPUImageMaximumAccumulator : public GPUImageTwoInputFilter
 {
 public:
-    /** `rounded`: the sharpened Lab is rounded as a stored byte would be, as for byte inputs. */
-    bool init(bool rounded = true);
+    bool init();
     void setIntensities(float red, float green, float blue);
     /** The factor by which the blurred input is smaller than the picture (1, 2 or 4). */
     int reduction = 1;
@@ -56,9 +55,6 @@ public:
     /** radius is the blur's argument as for GPUImageGaussianBlur (two passes); the intensities
         act on L, a and b. The GL context must be current; false when a program fails. */
     virtual bool init(float radius, float intensityL, float intensityA, float intensityB);
-    /** The same for a Lab picture in half floats (GPUImageMotionBlurToLab's): the blur keeps
-        half floats too and nothing is rounded before the stored maximum. */
-    bool initForHalfFloats(float radius, float intensityL, float intensityA, float intensityB);
     void startStack();
 
     /** The factor by which the blur's image is shrunk for a blur argument (1, 2 or 4). */
@@ -67,10 +63,6 @@ public:
         does at full size, the shrinking and enlarging included. */
     static float reducedArgument(float radius, int reduction);
 
-private:
-    bool build(float radius, float intensityL, float intensityA, float intensityB, bool halfFloats);
-
-public:
     GPUImageDownsampleFilter* downsample = nullptr;
     GPUImageGaussianBlur* blurFilter = nullptr;
     GPUImageMaximumAccumulator* accumulator = nullptr;

@@ -52,8 +52,8 @@ bool GPUImageMotionBlur::initFilter(float length, int filterType)
     const auto& vertex = ShaderStore::text("passthrough.vert");
     // One level: both passes draw a whole box. Two levels: the passes draw a box's two levels,
     // and each tent takes two pairs of draws.
-    const auto first = fragmentSourceFor(length, false, twoLevelFromTaps);
-    const auto second = fragmentSourceFor(length, true, twoLevelFromTaps);
+    const auto first = programPrefix() + fragmentSourceFor(length, false, twoLevelFromTaps);
+    const auto second = programPrefix() + fragmentSourceFor(length, true, twoLevelFromTaps);
     if (!initWithShaders(vertex, first, vertex, second))
         return false;
     setAngle(angle);

@@ -37,6 +37,9 @@ public:
         when `secondLevel` (what initFilter compiles). */
     static juce::String fragmentSourceFor(float length, bool secondLevel = false, int twoLevelFromTaps = defaultTwoLevelFromTaps);
 
+    /** Put in front of both programs' texts; empty here. */
+    virtual juce::String programPrefix() const { return {}; }
+
     void setupFilterForSize(GPUImageSize size) override;
     void renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture) override;
 

@@ -8,7 +8,7 @@
 
 bool GPUImageMotionBlurToLab::initFilter(float length, int filterType)
 {
-    outputTextureType = GL_HALF_FLOAT_OES;
+    setEncodedRange(0.0f);
     if (!GPUImageMotionBlur::initFilter(length, filterType))
         return false;
 
@@ -35,6 +35,20 @@ bool GPUImageMotionBlurToLab::initFilter(float length, int filterType)
         labTexture = std::exchange(outputTexture, first);
     }
     return true;
+}
+
+juce::String GPUImageMotionBlurToLab::programPrefix() const
+{
+    return "#define ENCODED\n" + ShaderStore::text("ordered_dither.glsl") + "\n";
+}
+
+void GPUImageMotionBlurToLab::setEncodedRange(float amount)
+{
+    const float low = -std::max(0.0f, amount), scale = 1.0f / (1.0f - 2.0f * low);
+    setFloat(low, "encodedLow");
+    setFloat(scale, "encodedScale");
+    setSecondFloat(low, "encodedLow");
+    setSecondFloat(scale, "encodedScale");
 }
 
 void GPUImageMotionBlurToLab::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)
@@ -90,7 +104,7 @@ void GPUImageMotionBlurToLab::createFilterFBOofSize(GPUImageSize size)
 {
     GPUImageMotionBlur::createFilterFBOofSize(size);
     ScopedGLContext scoped;
-    labFramebuffer = createFramebufferForTexture(labTexture, size, GL_HALF_FLOAT_OES);
+    labFramebuffer = createFramebufferForTexture(labTexture, size);
 }
 
 void GPUImageMotionBlurToLab::destroyFilterFBO()

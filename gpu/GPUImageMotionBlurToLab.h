@@ -1,17 +1,20 @@
 #pragma once
 // The line blur of a stroke copy whose picture was sharpened before it (see
-// GPUImageUnsharpMaskUnclampedFilter): its passes read and write half floats, so overshoots
-// survive, and its last draw clamps and converts to Lab into a texture of its own (half floats as
-// well), which is what targets read. One draw does what the sharpen-to-Lab draw after a line blur
-// did.
+// GPUImageUnsharpMaskUnclampedFilter): its passes read and write the sharpened picture's byte
+// encoding, which keeps the overshoots, and its last draw decodes, clamps and converts to Lab into
+// a texture of its own, which is what targets read. One draw does what the sharpen-to-Lab draw
+// after a line blur did.
 
 #include "gpu/GPUImageMotionBlur.h"
 
 class GPUImageMotionBlurToLab : public GPUImageMotionBlur
 {
 public:
-    /** As GPUImageMotionBlur::initFilter; the context must support half-float targets. */
     bool initFilter(float length, int type) override;
+    /** The sharpening amount of the encoded picture it reads (see
+        GPUImageUnsharpMaskUnclampedFilter::encodedRange). */
+    void setEncodedRange(float amount);
+    juce::String programPrefix() const override;
 
     void renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture) override;
     void setInputTextureForTarget(GPUImageInput* target, int textureIndex) override;

@@ -194,42 +194,6 @@ int GPUImageOpenGLESContext::queryMaxTextureSize()
     return size;
 }
 
-bool GPUImageOpenGLESContext::supportsHalfFloatTargets()
-{
-    if (!halfFloatTargetsAllowed)
-        return false;
-    if (halfFloatTargets >= 0)
-        return halfFloatTargets == 1;
-    ScopedGLContext scoped;
-    if (!scoped.isValid())
-        return false;
-    halfFloatTargets = 0;
-    const auto* text = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-    const auto extensions = juce::StringArray::fromTokens(text != nullptr ? text : "", " ", "");
-    if (std::getenv("TORNVALE_NO_HALF_FLOAT") != nullptr || !extensions.contains("GL_OES_texture_half_float")
-        || !extensions.contains("GL_OES_texture_half_float_linear"))
-        return false;
-
-    // The colour-buffer extension is not always listed where drawing works; a framebuffer says.
-    for (int i = 0; i < 16 && glGetError() != GL_NO_ERROR; ++i)
-    {
-    }
-    GLuint texture = 0, framebuffer = 0;
-    glGenTextures(1, &texture);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 4, 4, 0, GL_RGBA, GL_HALF_FLOAT_OES, nullptr);
-    glGenFramebuffers(1, &framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
-    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
-    const bool complete = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE && glGetError() == GL_NO_ERROR;
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    glBindTexture(GL_TEXTURE_2D, 0);
-    glDeleteFramebuffers(1, &framebuffer);
-    glDeleteTextures(1, &texture);
-    halfFloatTargets = complete ? 1 : 0;
-    return complete;
-}
-
 int GPUImageOpenGLESContext::maximumTileSize()
 {
     int tile = std::min(2000, (int) (0.95 * queryMaxTextureSize()));

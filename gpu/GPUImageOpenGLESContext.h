@@ -47,13 +47,6 @@ public:
         by the TORNVALE_MAX_TILE environment variable when that holds a smaller positive number. */
     int maximumTileSize();
 
-    /** Whether filters may draw into half-float textures and sample them with linear filtering
-        (GL_OES_texture_half_float_linear and a framebuffer that accepts them, tried once). The
-        TORNVALE_NO_HALF_FLOAT environment variable turns it off, for drivers that claim it wrongly. */
-    bool supportsHalfFloatTargets();
-    /** Lets tests and comparisons take the byte path where half floats would be used. */
-    void allowHalfFloatTargets(bool allowed) { halfFloatTargetsAllowed = allowed; }
-
     /** Which EGL platform gave the display: "default", "surfaceless" or "device". */
     juce::String getPlatformName() const { return platformName; }
 
@@ -70,8 +63,6 @@ private:
     int32_t useCount = 0;
 
     bool creationFailed = false;
-    int halfFloatTargets = -1; // unknown until asked
-    bool halfFloatTargetsAllowed = true;
     juce::String platformName;
 };
 

@@ -95,7 +95,7 @@ void GPUImageTwoPassFilter::createFilterFBOofSize(GPUImageSize size)
 {
     GPUImageFilter::createFilterFBOofSize(size);
     ScopedGLContext scoped;
-    secondFilterFramebuffer = createFramebufferForTexture(secondFilterOutputTexture, size, outputTextureType);
+    secondFilterFramebuffer = createFramebufferForTexture(secondFilterOutputTexture, size);
 }
 
 void GPUImageTwoPassFilter::destroyFilterFBO()

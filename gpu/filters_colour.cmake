@@ -13,6 +13,5 @@ target_sources(tornvale_engine PRIVATE
   GPUImageLabToRGBColorConversion.cpp
   GPUImageSaturateContrastGamma.cpp
   GPUImageLightenMode.cpp
-  GPUImageUnsharpMaskToLabFilter.cpp
   GPUImageLabSharpenLightenFilter.cpp
   GPUImageUnsharpMaskUnclampedFilter.cpp)

@@ -23,15 +23,8 @@ void main()
 {
     highp vec4 lab = swizzleIn(texture2D(inputImageTexture, textureCoordinate));
     highp vec3 blurredLab = swizzleIn(texture2D(inputImageTexture2, textureCoordinate2 * blurCoordinateScale)).rgb;
-    highp vec3 sharpened = lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue);
-#ifdef UNROUNDED
-    // Half-float inputs: clamped as a stored byte is, but not rounded; their one rounding is the
-    // stored maximum's.
-    sharpened = clamp(sharpened, 0.0, 1.0);
-#else
     // Rounded as the byte of a separate sharpen was: in the darks one step of L is a level of RGB.
-    sharpened = asStoredByte(sharpened);
-#endif
+    highp vec3 sharpened = asStoredByte(lab.rgb + (lab.rgb - blurredLab) * vec3(intensityRed, intensityGreen, intensityBlue));
     highp vec4 colour = vec4(rgbFromLab(sharpened), clamp(lab.a, 0.0, 1.0));
     highp vec3 before = swizzleIn(texture2D(accumulatorTexture, textureCoordinate)).rgb;
     before = mix(before, 1.0 - before, invertedStack);

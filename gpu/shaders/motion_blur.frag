@@ -18,6 +18,11 @@ uniform highp float texelWidthOffset;
 uniform highp float texelHeightOffset;
 uniform highp vec2 firstTap;
 uniform highp vec2 tapStep;
+// For a picture stored encoded (see unsharp_mask_unclamped.frag): value = stored / encodedScale +
+// encodedLow. Averages of stored values are stored values of the average, so only the last draw
+// decodes; the draws before it dither their bytes as the encoding did.
+uniform highp float encodedLow;
+uniform highp float encodedScale;
 
 const int levelTaps = LEVEL_TAPS;
 
@@ -31,12 +36,15 @@ void main()
         sum += texture2D(inputImageTexture, position * texel);
         position += tapStep;
     }
-#ifdef TO_LAB
-    // The last draw of a line blur of a picture sharpened before it: clamped and stored as Lab in
-    // half floats, unrounded, so the lighting after it rounds once, at its end (lab_functions.glsl
-    // and the swizzles come first).
+#if defined(TO_LAB)
+    // The last draw of a line blur of a picture sharpened before it: decoded, clamped and stored
+    // as Lab (lab_functions.glsl and the swizzles come first).
     vec4 colour = swizzleIn(sum / float(levelTaps));
+    colour.rgb = colour.rgb / encodedScale + encodedLow;
     gl_FragColor = swizzleOut(vec4(labFromRgb(colour.rgb), clamp(colour.a, 0.0, 1.0)));
+#elif defined(ENCODED)
+    vec4 average = sum / float(levelTaps);
+    gl_FragColor = average + vec4(ditherOffset(gl_FragCoord.xy));
 #else
     gl_FragColor = sum / float(levelTaps);
 #endif
