@@ -115,13 +115,34 @@ void setRenderingPrevented(GPUImageOutput& node, bool prevented)
             setRenderingPrevented(*member, prevented);
 }
 
-/** The head of every stroke copy: the smear along the direction field. */
-GPUImageAnisotropicSmooth* makeSmooth(FilterChain& chain)
+/** A filter whose program text depends on its arguments: cached, and rebuilt when the text
+    differs from the cached one. */
+template <typename Filter>
+Filter* makeCached(FilterChain& chain)
 {
-    auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
-    smooth->useProgramCache = true;
-    smooth->compareProgramSource = true;
-    return smooth;
+    auto* filter = chain.make<Filter>();
+    filter->useProgramCache = true;
+    filter->compareProgramSource = true;
+    return filter;
+}
+
+/** The steps that follow the stack's maximum, in order; empty when a program fails. */
+std::vector<GPUImageOutput*> makeFinish(FilterChain& chain, const StrokeFinish& finish)
+{
+    auto* colour = chain.make<GPUImageSaturateContrastGamma>();
+    if (!colour->init())
+        return {};
+    colour->setConversionWeights(finish.luminanceWeights.data());
+    colour->setSaturate(finish.saturation);
+    colour->setContrast(finish.contrast);
+    colour->setGamma(finish.gamma);
+    if (finish.unsharpAmount == 0.0f)
+        return { colour };
+    auto* unsharp = chain.make<GPUImageUnsharpMaskFilter>();
+    if (!unsharp->init(finish.unsharpRadius, finish.unsharpAmount))
+        return {};
+    FilterChain::wire({ colour, unsharp });
+    return { colour, unsharp };
 }
 } // namespace
 
@@ -142,10 +163,8 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         TiledRunner::TileChain built;
         built.finished = [&chain] { chain.reset(); };
 
-        auto* smooth = makeSmooth(*chain);
-        auto* lineBlur = chain->make<GPUImageMotionBlur>();
-        lineBlur->useProgramCache = true;
-        lineBlur->compareProgramSource = true;
+        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(*chain);
+        auto* lineBlur = makeCached<GPUImageMotionBlur>(*chain);
         auto* sharpen = chain->make<GPUImageUnsharpMaskFilter>();
         sharpen->name = "unSharpMaskFilter1";
         auto* toLab = chain->make<GPUImageRGBToLabColorConversion>();
@@ -178,8 +197,7 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
                                    : prepareStrokeResult(result, source, tensors, smoothLength, blurLength, sharpenRadius, lightRadius, scale);
     if (padding < 0.0f)
         return;
-    const bool finishUnsharp = finish != nullptr && finish->unsharpAmount != 0.0f;
-    if (finishUnsharp)
+    if (finish != nullptr && finish->unsharpAmount != 0.0f)
         padding += std::max(2.0f * finish->unsharpRadius, (float) GPUImageGaussianBlur::reachFor(finish->unsharpRadius, 2));
 
     ScopedGLContext scoped;
@@ -195,12 +213,10 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         built.finished = [&chain] { chain.reset(); };
 
         // Only the line blur's angle differs between the copies, so one chain draws them all.
-        auto* smooth = makeSmooth(*chain);
+        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(*chain);
         auto* sharpen = chain->make<GPUImageUnsharpMaskUnclampedFilter>();
         sharpen->name = "unSharpMaskFilter1";
-        auto* lineBlur = chain->make<GPUImageMotionBlurToLab>();
-        lineBlur->useProgramCache = true;
-        lineBlur->compareProgramSource = true;
+        auto* lineBlur = makeCached<GPUImageMotionBlurToLab>(*chain);
         auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
         light->name = "unSharpMaskFilter2";
 
@@ -222,31 +238,14 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         std::vector<GPUImageOutput*> finishing;
         if (finish != nullptr)
         {
-            auto* colour = chain->make<GPUImageSaturateContrastGamma>();
-            if (!colour->init())
+            finishing = makeFinish(*chain, *finish);
+            if (finishing.empty())
             {
                 built.first = nullptr;
                 return built;
             }
-            colour->setConversionWeights(finish->luminanceWeights.data());
-            colour->setSaturate(finish->saturation);
-            colour->setContrast(finish->contrast);
-            colour->setGamma(finish->gamma);
             light->accumulator->setInvertedStack(finish->invert);
-            finishing.push_back(colour);
-            if (finishUnsharp)
-            {
-                auto* unsharp = chain->make<GPUImageUnsharpMaskFilter>();
-                if (!unsharp->init(finish->unsharpRadius, finish->unsharpAmount))
-                {
-                    built.first = nullptr;
-                    return built;
-                }
-                finishing.push_back(unsharp);
-            }
             FilterChain::wire({ light, finishing.front() });
-            if (finishing.size() > 1)
-                FilterChain::wire({ finishing[0], finishing[1] });
             built.last = finishing.back();
         }
 
