@@ -1,47 +1,13 @@
-#include "app/TornvaleAppComponent.h"
+// The main component at start: its settings under the home folder, the layout, opening pictures
+// and the preview size rules.
 
 #include "imaging/ImageStream.h"
 
-#include "app/TempHome.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
+#include "app/AppTestSupport.h"
 
 namespace
 {
-// The component reads and writes the user's configuration folder; HOME points at a temporary
-// folder for the length of a test so that the real settings are never touched.
-class MainComponent : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(home.isDirectory());
-    }
-    void TearDown() override
-    {
-        component.reset();
-    }
-
-    TornvaleAppComponent& make()
-    {
-        component = std::make_unique<TornvaleAppComponent>();
-        component->setSize(1024, 601);
-        component->initializeApplication();
-        component->buildInterface();
-        component->finishInterface();
-        return *component;
-    }
-
-    static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
-
-    juce::ScopedJuceInitialiser_GUI gui;
-    ScopedTempHome tempHome;
-    const juce::File& home = tempHome.folder;
-    std::unique_ptr<TornvaleAppComponent> component;
-};
+using MainComponent = AppComponentTest;
 } // namespace
 
 TEST(PreviewRectangle, FitsIntoTheLimitWithoutEnlarging)
@@ -58,7 +24,7 @@ TEST(PreviewRectangle, FitsIntoTheLimitWithoutEnlarging)
 
 TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
 {
-    auto& c = make();
+    auto& c = *component;
     auto* settings = c.getUserSettings();
     ASSERT_NE(settings, nullptr);
     EXPECT_TRUE(settings->getFile().isAChildOf(home));
@@ -76,7 +42,7 @@ TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
 
 TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
 {
-    auto& c = make();
+    auto& c = *component;
     ASSERT_TRUE(c.openImage(sample("coffee.png"), true));
 
     auto* original = c.getOriginalImage();
@@ -111,7 +77,7 @@ TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
 
 TEST_F(MainComponent, UnreadableFileKeepsTheCurrentPicture)
 {
-    auto& c = make();
+    auto& c = *component;
     ASSERT_TRUE(c.openImage(sample("chelsea.png"), false));
     auto* before = c.getOriginalImage();
 
@@ -125,7 +91,7 @@ TEST_F(MainComponent, UnreadableFileKeepsTheCurrentPicture)
 
 TEST_F(MainComponent, RenderSizeSettingAndHostGroups)
 {
-    auto& c = make();
+    auto& c = *component;
     EXPECT_EQ(c.getFullRenderSize(), juce::Rectangle<int>(0, 0, 2447, 2447));
     c.getUserSettings()->setValue("RenderSize", 1);
     EXPECT_EQ(c.getFullRenderSize(), juce::Rectangle<int>(0, 0, 1600, 1600));

@@ -3,64 +3,18 @@
 // bindings. Pictures are the small sample photo, so each render takes about a second here.
 
 #include "app/EffectControlPanel.h"
-#include "app/RenderThread.h"
-#include "app/TornvaleAppComponent.h"
-#include "effect/TornvaleEffect.h"
 #include "ui/SxSegmentController.h"
 #include "ui/SxSlider.h"
 
-#include "app/TempHome.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
+#include "app/AppTestSupport.h"
 
 namespace
 {
-class LivePreview : public ::testing::Test
+class LivePreview : public AppComponentTest
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(home.isDirectory());
-        component = std::make_unique<TornvaleAppComponent>();
-        component->setSize(1024, 601);
-        component->initializeApplication();
-        component->buildInterface();
-        component->finishInterface();
-    }
-    void TearDown() override
-    {
-        component.reset();
-    }
-
-    /** Runs the message loop until no render runs (the completion message has been handled). */
-    bool waitForRenders(int timeoutMs = 120000)
-    {
-        const auto end = juce::Time::getMillisecondCounter() + (juce::uint32) timeoutMs;
-        while (currentRenderThread != nullptr && juce::Time::getMillisecondCounter() < end)
-            juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
-        return currentRenderThread == nullptr;
-    }
-
-    TornvaleEffect& effect() { return *dynamic_cast<TornvaleEffect*>(component->getEffectLayer()); }
-
-    static juce::File sample(const char* name) { return juce::File(TORNVALE_SOURCE_DIR "/samples").getChildFile(name); }
-
-    static bool samePixels(const SxImageRgbaBytes* a, const SxImageRgbaBytes* b)
-    {
-        return a != nullptr && b != nullptr && a->width == b->width && a->height == b->height
-               && std::memcmp(a->pixels, b->pixels, a->byteCount()) == 0;
-    }
-
     /** A copy of the picture the view shows, so later renders cannot change it under the test. */
     SxRef<SxImageRgbaBytes> shown() { return SxRef<SxImageRgbaBytes>::adopt(component->getDocument()->getImage()->clone()); }
-
-    juce::ScopedJuceInitialiser_GUI gui;
-    ScopedTempHome tempHome;
-    const juce::File& home = tempHome.folder;
-    std::unique_ptr<TornvaleAppComponent> component;
 };
 } // namespace
 
@@ -196,13 +150,10 @@ TEST_F(LivePreview, RandomizeChangesSettingsAndRecordsOneStep)
 {
     component->setManualRedraw(true);
     ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
-    SxPropertySet before;
-    effect().saveToDictionary(before, {});
+    auto before = effectSettings();
     const int count = component->getUserSettings()->getIntValue("freshProjectUndoCount");
     component->randomizeAll();
-    SxPropertySet after;
-    effect().saveToDictionary(after, {});
-    EXPECT_NE(before.getAllProperties().getDescription(), after.getAllProperties().getDescription());
+    EXPECT_NE(before.getAllProperties().getDescription(), effectSettings().getAllProperties().getDescription());
     EXPECT_EQ(component->getUserSettings()->getIntValue("freshProjectUndoCount"), count + 1);
     EXPECT_TRUE(component->canUndo());
 }

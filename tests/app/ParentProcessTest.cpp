@@ -1,3 +1,5 @@
+// Telling which program started this one, from the process table, and which hosts count.
+
 #include "app/ParentProcess.h"
 
 #include <gtest/gtest.h>
@@ -13,27 +15,25 @@ TEST(ParentProcess, BaseNameCutsFolderAndLastExtension)
     EXPECT_EQ(ParentProcess::baseName(""), "");
 }
 
-TEST(ParentProcess, HostsAreMatchedInOrderIgnoringCase)
+TEST(ParentProcess, HostsAreMatchedInOrderIgnoringCaseAndOthersAreStandAlone)
 {
     using namespace ParentProcess;
-    EXPECT_EQ(hostKindForName("/opt/editors/LightRoom/bin/lightroom"), hostEditorLr);
-    EXPECT_EQ(hostKindForName("C:\\Program Files\\Editor\\PhotoShop.exe"), hostEditorPs);
-    EXPECT_EQ(hostKindForName("/usr/local/bin/PAINTSHOP-pro"), hostEditorPsp);
-    EXPECT_EQ(hostKindForName("/opt/affinity/bin/editor"), hostEditorPhotos);
-    EXPECT_EQ(hostKindForName("/usr/bin/Photo"), hostEditorPhotos);
-    // The first rule wins when a path names two hosts.
-    EXPECT_EQ(hostKindForName("/plugins/photoshop-bridge/lightroom"), hostEditorLr);
-}
-
-TEST(ParentProcess, OrdinaryParentsAreStandAlone)
-{
-    using namespace ParentProcess;
-    EXPECT_EQ(hostKindForName(""), standAlone);
-    EXPECT_EQ(hostKindForName("/usr/bin/bash"), standAlone);
-    // "Photo" must be the whole base name: folders and longer names do not count.
-    EXPECT_EQ(hostKindForName("/home/photo/bin/zsh"), standAlone);
-    EXPECT_EQ(hostKindForName("/usr/bin/PhotoViewer"), standAlone);
-    EXPECT_EQ(hostKindForName("/usr/bin/photo"), standAlone);
+    const std::pair<const char*, int> rows[] = {
+        { "/opt/editors/LightRoom/bin/lightroom", hostEditorLr },
+        { "C:\\Program Files\\Editor\\PhotoShop.exe", hostEditorPs },
+        { "/usr/local/bin/PAINTSHOP-pro", hostEditorPsp },
+        { "/opt/affinity/bin/editor", hostEditorPhotos },
+        { "/usr/bin/Photo", hostEditorPhotos },
+        { "/plugins/photoshop-bridge/lightroom", hostEditorLr }, // the first rule wins when a path names two hosts
+        { "", standAlone },
+        { "/usr/bin/bash", standAlone },
+        // "Photo" must be the whole base name, in its own case: folders and longer names do not count.
+        { "/home/photo/bin/zsh", standAlone },
+        { "/usr/bin/PhotoViewer", standAlone },
+        { "/usr/bin/photo", standAlone },
+    };
+    for (const auto& [path, kind] : rows)
+        EXPECT_EQ(hostKindForName(path), kind) << path;
 }
 
 TEST(ParentProcess, ReadsExecutablesFromTheProcessTable)

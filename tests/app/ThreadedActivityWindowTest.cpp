@@ -2,10 +2,9 @@
 // keeps running, the panel is modal over the document meanwhile, and messages set on the job's
 // thread reach the panel.
 
-#include "app/TornvaleAppComponent.h"
 #include "app/ThreadedActivityWindow.h"
 
-#include "app/TempHome.h"
+#include "app/AppTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -37,11 +36,8 @@ TEST(ThreadedActivityWindow, BlocksTheCallerButNotTheMessageLoop)
     juce::ScopedJuceInitialiser_GUI gui;
     ScopedTempHome home;
     {
-        TornvaleAppComponent component;
-        component.setSize(1024, 601);
-        component.initializeApplication();
-        component.buildInterface();
-        component.finishInterface();
+        auto owner = makeAppComponent();
+        auto& component = *owner;
 
         int ticks = 0;
         juce::Component* panel = nullptr;

@@ -1,6 +1,7 @@
 // The layer stack: caching, the two-output rule of full-size renders, the factory, and saving and
 // restoring the stack, with a tint layer of the tests' own in place of the effect.
 
+#include "ProjectFileTestSupport.h"
 #include "TestLayers.h"
 
 #include "document/LayerBlends.h"
@@ -10,25 +11,8 @@
 
 namespace
 {
-SxRef<SxImageRgbaBytes> makePicture(int w, int h)
-{
-    auto picture = SxRef<SxImageRgbaBytes>::adopt(new SxImageRgbaBytes(w, h));
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x)
-        {
-            uint8_t* p = picture->pixelAt(x, y);
-            p[0] = 255;
-            p[1] = (uint8_t) (x * 7);
-            p[2] = (uint8_t) (y * 5);
-            p[3] = (uint8_t) (x ^ y);
-        }
-    return picture;
-}
-
-bool samePixels(const SxImageRgbaBytes& a, const SxImageRgbaBytes& b)
-{
-    return a.width == b.width && a.height == b.height && std::equal(a.pixels, a.pixels + a.byteCount(), b.pixels);
-}
+using ProjectFileTestSupport::makePicture;
+using ProjectFileTestSupport::samePixels;
 
 struct Stack
 {

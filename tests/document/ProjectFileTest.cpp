@@ -116,32 +116,22 @@ TEST(ProjectFileRead, ZeroPreviewFieldsStillLoadTheDictionary)
     EXPECT_EQ(ProjectFile::readPreview(again).get(), nullptr);
 }
 
-TEST(ProjectFileRead, VersionTwoHasNoPreviewAndLoads)
+TEST(ProjectFileRead, OlderFormsLoadTheirSettingsAndPicture)
 {
-    auto picture = makePicture(16, 16);
-    SxPropertySet settings;
-    settings.setString("contrast", "0.4");
-    const auto bytes = writeVersion2(settings, *picture);
-    juce::MemoryInputStream in(bytes, false);
-    auto document = ProjectFile::read(in);
-    ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->version, 2);
-    EXPECT_EQ(document->settings.getValue("contrast", {}), "0.4");
-    EXPECT_TRUE(samePixels(*document->image, *picture));
-}
-
-TEST(ProjectFileRead, OldestXmlFormWithPictureBehindIt)
-{
+    // "VER2" has no preview; the oldest form is XML text with the picture stream behind it.
     auto picture = makePicture(11, 5);
     SxPropertySet settings;
-    settings.setString("saturation", "0.9");
-    const auto bytes = writeOldestForm(settings, *picture);
-    juce::MemoryInputStream in(bytes, false);
-    auto document = ProjectFile::read(in);
-    ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->version, 1);
-    EXPECT_EQ(document->settings.getValue("saturation", {}), "0.9");
-    EXPECT_TRUE(samePixels(*document->image, *picture));
+    settings.setString("contrast", "0.4");
+    for (const auto& [version, bytes] : { std::make_pair(2, writeVersion2(settings, *picture)),
+                                          std::make_pair(1, writeOldestForm(settings, *picture)) })
+    {
+        juce::MemoryInputStream in(bytes, false);
+        auto document = ProjectFile::read(in);
+        ASSERT_NE(document, nullptr) << version;
+        EXPECT_EQ(document->version, version);
+        EXPECT_EQ(document->settings.getValue("contrast", {}), "0.4") << version;
+        EXPECT_TRUE(samePixels(*document->image, *picture)) << version;
+    }
 }
 
 TEST(ProjectFileRead, GarbageGivesNoDocument)

@@ -180,34 +180,23 @@ TEST(SxPropertySetBadInput, PictureHeadersThatLieGiveNoPicture)
     };
 
     // The number before the dot sizes the decoded block; it must not be believed.
-    EXPECT_FALSE(readBack("2000000000.AAAA", false));
-    EXPECT_FALSE(readBack("-5.AAAA", false));
-    EXPECT_FALSE(readBack("", false));
-    EXPECT_FALSE(readBack("not base64 at all", false));
+    for (const char* data : { "2000000000.AAAA", "-5.AAAA", "", "not base64 at all" })
+        EXPECT_FALSE(readBack(data, false)) << data;
 
-    // A gzip block whose header claims 32767 × 32767 pixels but holds four bytes of them.
-    juce::MemoryOutputStream packed;
+    // Gzip blocks whose headers claim 32767 × 32767 pixels, or zero or negative sides, but hold
+    // four bytes of pixels.
+    const std::pair<int16_t, int16_t> lyingSides[] = { { 32767, 32767 }, { 0, 4 }, { -1, 4 } };
+    for (const auto& [w, h] : lyingSides)
     {
-        juce::GZIPCompressorOutputStream gz(packed);
-        gz.writeByte(0);
-        gz.writeShort(32767);
-        gz.writeShort(32767);
-        gz.writeInt(0);
-    }
-    EXPECT_FALSE(readBack(packed.getMemoryBlock().toBase64Encoding(), false));
-
-    // Negative and zero sides.
-    for (int16_t side : { (int16_t) 0, (int16_t) -1 })
-    {
-        juce::MemoryOutputStream p;
+        juce::MemoryOutputStream packed;
         {
-            juce::GZIPCompressorOutputStream gz(p);
+            juce::GZIPCompressorOutputStream gz(packed);
             gz.writeByte(0);
-            gz.writeShort(side);
-            gz.writeShort(4);
+            gz.writeShort(w);
+            gz.writeShort(h);
             gz.writeInt(0);
         }
-        EXPECT_FALSE(readBack(p.getMemoryBlock().toBase64Encoding(), false));
+        EXPECT_FALSE(readBack(packed.getMemoryBlock().toBase64Encoding(), false)) << w << " x " << h;
     }
 
     // Not gzip at all.
@@ -215,10 +204,9 @@ TEST(SxPropertySetBadInput, PictureHeadersThatLieGiveNoPicture)
 
     // Raw form: sides that do not match the data, or are absurd.
     const juce::String fourBytes = juce::MemoryBlock("abcd", 4).toBase64Encoding();
-    EXPECT_FALSE(readBack(fourBytes, true, "1000000", "1000000"));
-    EXPECT_FALSE(readBack(fourBytes, true, "2", "1"));
-    EXPECT_FALSE(readBack(fourBytes, true, "-1", "-4"));
-    EXPECT_FALSE(readBack(fourBytes, true, "nan", "1"));
+    const std::pair<const char*, const char*> wrongSides[] = { { "1000000", "1000000" }, { "2", "1" }, { "-1", "-4" }, { "nan", "1" } };
+    for (const auto& [w, h] : wrongSides)
+        EXPECT_FALSE(readBack(fourBytes, true, w, h)) << w << " x " << h;
     EXPECT_TRUE(readBack(fourBytes, true, "1", "1")) << "the same data is fine with true sides";
 }
 

@@ -1,12 +1,18 @@
+// The alert panel over its parent: placement, closing by button and key, one alert a parent,
+// questions and their answers.
+
 #include "ui/SxAlertComponent.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-struct Gui
+class Alert : public ::testing::Test
 {
-    juce::ScopedJuceInitialiser_GUI init;
+protected:
+    void SetUp() override { parent.setSize(1000, 700); }
+    juce::ScopedJuceInitialiser_GUI gui;
+    juce::Component parent;
 };
 
 void dispatch()
@@ -24,11 +30,8 @@ int countAlertLayers(juce::Component& parent)
 }
 } // namespace
 
-TEST(Alert, ShowsCentredOverItsParentAndGoesAwayOnOK)
+TEST_F(Alert, ShowsCentredOverItsParentAndGoesAwayOnOK)
 {
-    Gui gui;
-    juce::Component parent;
-    parent.setSize(1000, 700);
     int closes = 0;
     auto* alert = SxAlertComponent::show(parent, "ExceededLayers", "Too Many Layers",
                                          "Cannot add this as it will exceed the maximum number of layers.");
@@ -58,11 +61,8 @@ TEST(Alert, ShowsCentredOverItsParentAndGoesAwayOnOK)
     EXPECT_EQ(closes, 1);
 }
 
-TEST(Alert, EscapeAndReturnCloseItAtOnceAndDeleteItAfterwards)
+TEST_F(Alert, EscapeAndReturnCloseItAtOnceAndDeleteItAfterwards)
 {
-    Gui gui;
-    juce::Component parent;
-    parent.setSize(600, 400);
     for (const int keyCode : { juce::KeyPress::escapeKey, juce::KeyPress::returnKey })
     {
         auto* alert = SxAlertComponent::show(parent, "saveError", "Could Not Save", "The file is read-only.");
@@ -89,11 +89,9 @@ TEST(Alert, EscapeAndReturnCloseItAtOnceAndDeleteItAfterwards)
     EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
 }
 
-TEST(Alert, ASecondAlertReplacesTheFirst)
+TEST_F(Alert, ASecondAlertReplacesTheFirst)
 {
-    Gui gui;
-    juce::Component parent, otherParent;
-    parent.setSize(800, 600);
+    juce::Component otherParent;
     otherParent.setSize(300, 300);
     int firstCloses = 0;
     auto* first = SxAlertComponent::show(parent, "first", "First", "One");
@@ -115,9 +113,8 @@ TEST(Alert, ASecondAlertReplacesTheFirst)
     dispatch();
 }
 
-TEST(Alert, LongerMessagesWrapIntoATallerPanel)
+TEST_F(Alert, LongerMessagesWrapIntoATallerPanel)
 {
-    Gui gui;
     SxAlertComponent shortAlert("s", "Title", "Short.");
     juce::String longText;
     for (int i = 0; i < 30; ++i)
@@ -131,24 +128,20 @@ TEST(Alert, LongerMessagesWrapIntoATallerPanel)
     EXPECT_EQ(shortAlert.getHeight(), shortHeight); // made at its preferred size
 }
 
-TEST(Alert, AParentDeletedUnderAnOpenAlertTakesItAlong)
+TEST_F(Alert, AParentDeletedUnderAnOpenAlertTakesItAlong)
 {
-    Gui gui;
     juce::Component::SafePointer<SxAlertComponent> watch;
     {
-        juce::Component parent;
-        parent.setSize(500, 500);
-        watch = SxAlertComponent::show(parent, "a", "A", "Message");
+        juce::Component doomed;
+        doomed.setSize(500, 500);
+        watch = SxAlertComponent::show(doomed, "a", "A", "Message");
     }
     dispatch();
     EXPECT_EQ(watch.getComponent(), nullptr);
 }
 
-TEST(Alert, AQuestionTellsWhichAnswerClosedIt)
+TEST_F(Alert, AQuestionTellsWhichAnswerClosedIt)
 {
-    Gui gui;
-    juce::Component parent;
-    parent.setSize(1000, 700);
     const juce::StringArray answers { "Save", "Don't Save", "Cancel" };
 
     // Each button answers with its own index, once, and only then does onClose run.
