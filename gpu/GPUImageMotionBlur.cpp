@@ -64,12 +64,6 @@ void GPUImageMotionBlur::setAngle(float value)
 {
     angle = value;
     const float c = std::cos(value), s = std::sin(value);
-    setFloat(c, "cosa");
-    setFloat(s, "sina");
-    setFloat(value, "angle");
-    setSecondFloat(c, "cosa");
-    setSecondFloat(s, "sina");
-    setSecondFloat(value, "angle");
 
     // Taps in pixels, on the 1/256 grid: a step of span / gaps pixels along the line (times the
     // first level's run in the second level), the first tap half the run back.

@@ -1,4 +1,4 @@
-// A straight line blur along (cosa, sina), symmetric around the pixel. Each tent of the filter is
+// A straight line blur at the filter's angle, symmetric around the pixel. Each tent of the filter is
 // two boxes in series, each over half of the line's length: the two boxes make a tent that spans
 // the whole length, so strokes fade out at their ends instead of stopping hard, for the cost of
 // one box of the full length.
