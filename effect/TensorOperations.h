@@ -29,10 +29,12 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
 
 /** The stack of stroke copies: one copy for each of `angles` (with the other arguments of
     renderStrokePass), merged by the per-channel maximum, written into result. The same picture
-    as renderStrokePass per angle followed by lightenCombine of the copies, to a level or two of
-    rounding; but each tile is uploaded and read back once for all copies, the smear along the
-    field is drawn once, the copies are merged on the GPU, the sharpen and the Lab conversions
-    share draws, and a wide light blur is taken at a reduced size. */
+    as renderStrokePass per angle followed by lightenCombine of the copies, to the rounding of
+    the steps in between (a level or so on average); but each tile is uploaded and read back once
+    for all copies, the smear along the field and the sharpening are drawn once (sharpening
+    commutes with the line blurs), the copies are merged on the GPU, the Lab conversions share
+    draws, and a wide light blur is taken at a reduced size. With `finish`, the steps that follow
+    the merge run in the same chain. */
 struct StrokeFinish;
 void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
                        float smoothLength, float blurLength, const std::vector<float>& angles, float sharpenRadius,
@@ -41,11 +43,9 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
 /** What the effect does to the merged copies before they are done: the dark style's inversion
     back, a saturation / contrast / gamma step (GPUImageSaturateContrastGamma's amounts) and an
     unsharp mask (skipped at an amount of 0). Given to renderStrokeStack, these run in the stack's
-    own tile chain after the last copy, so the picture is rounded to bytes once, at the end: the
-    copies' maximum is kept in half floats where the context has them, and a tile then differs
-    from the whole picture by a level at most (each rounding in between would be scaled up by
-    the saturation and the sharpening). The result equals running them one by one afterwards, to
-    the rounding of the steps in between. */
+    own tile chain after the last copy, which spares three uploads and read-backs of the whole
+    picture; the result equals running them one by one afterwards (the inversion may round a tie
+    the other way). */
 struct StrokeFinish
 {
     bool invert = false;

@@ -11,8 +11,8 @@ class GPUImageMotionBlurToLab : public GPUImageMotionBlur
 {
 public:
     bool initFilter(float length, int type) override;
-    /** The sharpening amount of the encoded picture it reads (see
-        GPUImageUnsharpMaskUnclampedFilter::encodedRange). */
+    /** The sharpening amount that the GPUImageUnsharpMaskUnclampedFilter it reads was given: the
+        encoding's range. Set after initFilter. */
     void setEncodedRange(float amount);
     juce::String programPrefix() const override;
 
