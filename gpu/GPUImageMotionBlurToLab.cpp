@@ -1,6 +1,7 @@
 #include "gpu/GPUImageMotionBlurToLab.h"
 #include "gpu/GLProgram.h"
 #include "gpu/GPUImageOpenGLESContext.h"
+#include "gpu/GPUImageUnsharpMaskUnclampedFilter.h"
 #include "gpu/ShaderStore.h"
 
 #include <algorithm>
@@ -44,11 +45,11 @@ juce::String GPUImageMotionBlurToLab::programPrefix() const
 
 void GPUImageMotionBlurToLab::setEncodedRange(float amount)
 {
-    const float low = -std::max(0.0f, amount), scale = 1.0f / (1.0f - 2.0f * low);
-    setFloat(low, "encodedLow");
-    setFloat(scale, "encodedScale");
-    setSecondFloat(low, "encodedLow");
-    setSecondFloat(scale, "encodedScale");
+    const auto encoding = GPUImageUnsharpMaskUnclampedFilter::encodingFor(amount);
+    setFloat(encoding.low, "encodedLow");
+    setFloat(encoding.scale, "encodedScale");
+    setSecondFloat(encoding.low, "encodedLow");
+    setSecondFloat(encoding.scale, "encodedScale");
 }
 
 void GPUImageMotionBlurToLab::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates, GLuint sourceTexture)

@@ -9,12 +9,17 @@ bool GPUImageUnsharpMaskUnclampedFilter::init(float radius, float amount)
     const bool ok = GPUImageUnsharpMaskFilter::init(radius, amount);
     if (unsharpFilter != nullptr)
     {
-        // The result lies within −amount .. 1 + amount whatever the picture.
-        const float low = -std::max(0.0f, amount);
-        unsharpFilter->setFloat(low, "encodedLow");
-        unsharpFilter->setFloat(1.0f / (1.0f - 2.0f * low), "encodedScale");
+        const auto encoding = encodingFor(amount);
+        unsharpFilter->setFloat(encoding.low, "encodedLow");
+        unsharpFilter->setFloat(encoding.scale, "encodedScale");
     }
     return ok;
+}
+
+GPUImageUnsharpMaskUnclampedFilter::Encoding GPUImageUnsharpMaskUnclampedFilter::encodingFor(float amount)
+{
+    const float low = -std::max(0.0f, amount);
+    return { low, 1.0f / (1.0f - 2.0f * low) };
 }
 
 juce::String GPUImageUnsharpMaskUnclampedFilter::mixerFragmentText() const

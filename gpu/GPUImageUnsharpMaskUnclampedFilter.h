@@ -13,5 +13,13 @@ public:
     /** As GPUImageUnsharpMaskFilter::init; amounts below 0 count as 0. */
     bool init(float radius, float intensity) override;
     juce::String mixerFragmentText() const override;
+
+    /** How a picture sharpened by `amount` is stored: value = stored / scale + low. The result
+        lies within −amount .. 1 + amount whatever the picture; readers decode with the same two. */
+    struct Encoding
+    {
+        float low = 0.0f, scale = 1.0f;
+    };
+    static Encoding encodingFor(float amount);
     juce::String mixerProgramKey() const override { return "GPUImageUnsharpMaskUnclampedFilter.mix"; }
 };
