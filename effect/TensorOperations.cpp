@@ -21,6 +21,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 
 namespace EffectOperations
 {
@@ -144,6 +145,25 @@ std::vector<GPUImageOutput*> makeFinish(FilterChain& chain, const StrokeFinish& 
     FilterChain::wire({ colour, unsharp });
     return { colour, unsharp };
 }
+/** Runs a chain built anew for each tile (the field is cut for every tile) over result; `build`
+    makes the nodes in the chain it is given and says where the tile enters and leaves. The chain
+    lives until the tile is read back. */
+void runStrokeChain(SxImageRgbaBytes& result, const SxImageRgbaBytes& tensors, float padding,
+                    const std::function<void(FilterChain&, const SxImageRgbaBytes&, const TiledRunner::SecondTileMapping&,
+                                             TiledRunner::TileChain&)>& build)
+{
+    ScopedGLContext scoped;
+    if (!scoped.isValid())
+        return;
+    std::unique_ptr<FilterChain> chain;
+    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
+        chain = std::make_unique<FilterChain>();
+        TiledRunner::TileChain built;
+        built.finished = [&chain] { chain.reset(); };
+        build(*chain, tensorTile, mapping, built);
+        return built;
+    });
+}
 } // namespace
 
 void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, const SxImageRgbaBytes& tensors,
@@ -154,30 +174,23 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
     if (padding < 0.0f)
         return;
 
-    ScopedGLContext scoped;
-    if (!scoped.isValid())
-        return;
-    std::unique_ptr<FilterChain> chain;
-    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
-        chain = std::make_unique<FilterChain>();
-        TiledRunner::TileChain built;
-        built.finished = [&chain] { chain.reset(); };
-
-        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(*chain);
-        auto* lineBlur = makeCached<GPUImageMotionBlur>(*chain);
-        auto* sharpen = chain->make<GPUImageUnsharpMaskFilter>();
+    runStrokeChain(result, tensors, padding, [&](FilterChain& chain, const SxImageRgbaBytes& tensorTile,
+                                                 const TiledRunner::SecondTileMapping& mapping, TiledRunner::TileChain& built) {
+        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(chain);
+        auto* lineBlur = makeCached<GPUImageMotionBlur>(chain);
+        auto* sharpen = chain.make<GPUImageUnsharpMaskFilter>();
         sharpen->name = "unSharpMaskFilter1";
-        auto* toLab = chain->make<GPUImageRGBToLabColorConversion>();
+        auto* toLab = chain.make<GPUImageRGBToLabColorConversion>();
         toLab->useProgramCache = true;
-        auto* light = chain->make<GPUImageUnsharpMaskChannelFilter>();
+        auto* light = chain.make<GPUImageUnsharpMaskChannelFilter>();
         light->name = "unSharpMaskFilter2";
-        auto* toRgb = chain->make<GPUImageLabToRGBColorConversion>();
+        auto* toRgb = chain.make<GPUImageLabToRGBColorConversion>();
         toRgb->useProgramCache = true;
 
         if (!smooth->init(&tensorTile, smoothLength, scale) || !lineBlur->initFilter(blurLength, 0)
             || !sharpen->init(sharpenRadius, sharpenAmount) || !toLab->init()
             || !light->init(lightRadius, lightAmount, 0.0f, 0.0f) || !toRgb->init())
-            return built;
+            return;
         smooth->setTensorMapping(mapping.tileOrigin, mapping.ratio, mapping.secondOrigin);
         lineBlur->setAngle(angle);
         lineBlur->setPasses(1);
@@ -185,7 +198,6 @@ void renderStrokePass(SxImageRgbaBytes& result, const SxImageRgbaBytes& source, 
         FilterChain::wire({ smooth, lineBlur, sharpen, toLab, light, toRgb });
         built.first = smooth;
         built.last = toRgb;
-        return built;
     });
 }
 
@@ -200,29 +212,22 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
     if (finish != nullptr && finish->unsharpAmount != 0.0f)
         padding += std::max(2.0f * finish->unsharpRadius, (float) GPUImageGaussianBlur::reachFor(finish->unsharpRadius, 2));
 
-    ScopedGLContext scoped;
-    if (!scoped.isValid())
-        return;
     // Sharpening is linear, so it commutes with the line blur: the smeared picture is sharpened
     // once per tile (kept beyond 0..1 in an encoding) and each copy only blurs along its line,
     // clamps and converts to Lab in the line blur's last draw.
-    std::unique_ptr<FilterChain> chain;
-    TiledRunner::runWithSecondImage(result, tensors, padding, [&](const SxImageRgbaBytes& tensorTile, const TiledRunner::SecondTileMapping& mapping) {
-        chain = std::make_unique<FilterChain>();
-        TiledRunner::TileChain built;
-        built.finished = [&chain] { chain.reset(); };
-
+    runStrokeChain(result, tensors, padding, [&](FilterChain& chain, const SxImageRgbaBytes& tensorTile,
+                                                 const TiledRunner::SecondTileMapping& mapping, TiledRunner::TileChain& built) {
         // Only the line blur's angle differs between the copies, so one chain draws them all.
-        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(*chain);
-        auto* sharpen = chain->make<GPUImageUnsharpMaskUnclampedFilter>();
+        auto* smooth = makeCached<GPUImageAnisotropicSmooth>(chain);
+        auto* sharpen = chain.make<GPUImageUnsharpMaskUnclampedFilter>();
         sharpen->name = "unSharpMaskFilter1";
-        auto* lineBlur = makeCached<GPUImageMotionBlurToLab>(*chain);
-        auto* light = chain->make<GPUImageLabSharpenLightenFilter>();
+        auto* lineBlur = makeCached<GPUImageMotionBlurToLab>(chain);
+        auto* light = chain.make<GPUImageLabSharpenLightenFilter>();
         light->name = "unSharpMaskFilter2";
 
         if (!smooth->init(&tensorTile, smoothLength, scale) || !sharpen->init(sharpenRadius, sharpenAmount)
             || !lineBlur->initFilter(blurLength, 0) || !light->init(lightRadius, lightAmount, 0.0f, 0.0f))
-            return built;
+            return;
         smooth->setTensorMapping(mapping.tileOrigin, mapping.ratio, mapping.secondOrigin);
         lineBlur->setEncodedRange(sharpenAmount);
         lineBlur->setPasses(1);
@@ -238,11 +243,11 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
         std::vector<GPUImageOutput*> finishing;
         if (finish != nullptr)
         {
-            finishing = makeFinish(*chain, *finish);
+            finishing = makeFinish(chain, *finish);
             if (finishing.empty())
             {
                 built.first = nullptr;
-                return built;
+                return;
             }
             light->accumulator->setInvertedStack(finish->invert);
             FilterChain::wire({ light, finishing.front() });
@@ -256,7 +261,6 @@ void renderStrokeStack(SxImageRgbaBytes& result, const SxImageRgbaBytes& source,
             for (auto* node : finishing)
                 setRenderingPrevented(*node, run + 1 < (int) angles.size());
         };
-        return built;
     });
 }
 } // namespace EffectOperations

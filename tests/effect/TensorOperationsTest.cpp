@@ -166,9 +166,6 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
     }
 }
 
-
-
-
 TEST(StrokeStack, FinishInTheChainEqualsTheStepsRunAfterwards)
 {
     ScopedGLContext scoped;
