@@ -111,23 +111,6 @@ TEST(LayerBlends, EveryChannelBlendMatchesItsDefinitionForAllBytePairs)
     }
 }
 
-TEST(LayerBlends, KnownCharacterOfTheModes)
-{
-    // Colour burn stays within one step of exact arithmetic everywhere.
-    for (int s = 1; s < 256; ++s)
-        for (int d = 0; d < 256; ++d)
-        {
-            const int exact = std::max(0, 255 - (255 * (255 - d) + s - 1) / s);
-            ASSERT_NEAR(LayerBlends::blendChannel(LayerBlends::colorBurn, s, d), exact, 1) << s << "," << d;
-        }
-    // Multiply by a shift, not a division: white on white loses one step.
-    EXPECT_EQ(LayerBlends::blendChannel(LayerBlends::multiply, 255, 255), 254);
-    // Colour dodge with a white layer divides by one and clamps.
-    EXPECT_EQ(LayerBlends::blendChannel(LayerBlends::colorDodge, 255, 1), 255);
-    EXPECT_EQ(LayerBlends::blendChannel(LayerBlends::colorDodge, 255, 0), 0);
-    EXPECT_EQ(LayerBlends::getName(12), "");
-}
-
 TEST(LayerBlends, AlphaFrameMatchesReferenceForRandomPixels)
 {
     // Alpha edges are drawn as often as random values, so that opaque layers on opaque pictures,
@@ -149,8 +132,9 @@ TEST(LayerBlends, AlphaFrameMatchesReferenceForRandomPixels)
         }
 }
 
-TEST(LayerBlends, VividLightGapLeavesEveryByteOfThePicture)
+TEST(LayerBlends, ModesOutsideTheTableLeaveEveryByteOfThePicture)
 {
+    // The gap in the table (vivid light) is held to that by the reference above.
     SxImageRgbaBytes source(16, 16), destination(16, 16);
     std::mt19937 random(3); // fixed random seed
     for (size_t i = 0; i < source.byteCount(); ++i)
@@ -159,11 +143,10 @@ TEST(LayerBlends, VividLightGapLeavesEveryByteOfThePicture)
         destination.pixels[i] = (uint8_t) random();
     }
     SxImageRgbaBytes before(destination);
-    LayerBlends::blend(LayerBlends::vividLight, source, destination, destination.bounds());
-    EXPECT_TRUE(std::equal(before.pixels, before.pixels + before.byteCount(), destination.pixels));
     LayerBlends::blend(12, source, destination, destination.bounds());
     LayerBlends::blend(-1, source, destination, destination.bounds());
     EXPECT_TRUE(std::equal(before.pixels, before.pixels + before.byteCount(), destination.pixels));
+    EXPECT_EQ(LayerBlends::getName(12), "");
 }
 
 TEST(LayerBlends, BlendStaysInsideItsRectangle)

@@ -89,29 +89,20 @@ juce::MemoryBlock compactStream(uint8_t byteOrder, int16_t w, int16_t h, const u
 }
 } // namespace
 
-TEST(SxPropertySetForms, ScalarsAreStoredAsPlainText)
+TEST(SxPropertySetForms, BinaryLayoutIsCountThenZeroTerminatedPairsOfPlainText)
 {
     SxPropertySet set;
-    set.setFloat("f", 0.25f);
-    set.setBool("yes", true);
-    set.setBool("no", false);
-    set.setInt("i", -42);
-    EXPECT_EQ(set.getValue("f"), "0.25");
-    EXPECT_EQ(set.getValue("yes"), "1");
-    EXPECT_EQ(set.getValue("no"), "0");
-    EXPECT_EQ(set.getValue("i"), "-42");
-    EXPECT_FLOAT_EQ(set.getFloatValue("missing", 3.5f), 3.5f);
-}
-
-TEST(SxPropertySetForms, BinaryLayoutIsCountThenZeroTerminatedPairs)
-{
-    SxPropertySet set;
-    set.setString("ab", juce::String::fromUTF8("ü"));
+    set.setString("ab", juce::String::fromUTF8("\xc3\xbc"));
     set.setString("c", {});
+    set.setFloat("f", 0.25f);
+    set.setBool("y", true);
+    set.setBool("n", false);
+    set.setInt("i", -42);
     const auto bytes = binaryOf(set);
-    const uint8_t expected[] = { 2, 0, 0, 0, 'a', 'b', 0, 0xC3, 0xBC, 0, 'c', 0, 0 };
+    const char expected[] = "\6\0\0\0" "ab\0\xc3\xbc\0" "c\0\0" "f\0" "0.25\0" "y\0" "1\0" "n\0" "0\0" "i\0" "-42"; // and the final zero
     ASSERT_EQ(bytes.getSize(), sizeof(expected));
     EXPECT_EQ(std::memcmp(bytes.getData(), expected, sizeof(expected)), 0);
+    EXPECT_FLOAT_EQ(set.getFloatValue("missing", 3.5f), 3.5f);
 }
 
 TEST(SxPropertySetForms, BothFormsKeepKeysValuesAndOrder)

@@ -73,21 +73,6 @@ TEST(ColourOperations, LightenCombineTakesTheMaximumInEveryTile)
         ASSERT_EQ(merged.pixels[i], i % 4 == 0 ? 255 : std::max(base.pixels[i], overlay.pixels[i])) << i;
 }
 
-TEST(ColourOperations, SaturateContrastGammaNeutralAndGrey)
-{
-    const auto original = photo();
-    SxImageRgbaBytes neutral(original), grey(original);
-    EffectOperations::applySaturateContrastGamma(neutral, 1.0f, 0.0f, 0.0f, lumaWeights);
-    EXPECT_LE(TestImages::maxDifference(neutral, original), 1);
-
-    EffectOperations::applySaturateContrastGamma(grey, 0.0f, 0.0f, 0.0f, lumaWeights);
-    for (size_t i = 0; i < grey.byteCount(); i += 4)
-    {
-        ASSERT_NEAR(grey.pixels[i + 1], grey.pixels[i + 2], 1) << i;
-        ASSERT_NEAR(grey.pixels[i + 2], grey.pixels[i + 3], 1) << i;
-    }
-}
-
 TEST(ColourOperations, EmptyImagesAreLeftAlone)
 {
     SxImageRgbaBytes empty(0, 0), other(4, 4);

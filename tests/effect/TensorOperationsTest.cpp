@@ -3,29 +3,18 @@
 #include "effect/ColourOperations.h"
 #include "effect/TensorOperations.h"
 #include "gpu/GPUImageGetTensorsAngle.h"
-#include "gpu/GPUImageOpenGLESContext.h"
-#include "support/TestImages.h"
+#include "gpu/GPUTestImages.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <utility>
-#include <vector>
 
 namespace
 {
 using TestImages::TileLimit;
 
-SxRef<SxImageRgbaBytes> photoAt(int width, int height)
+SxImageRgbaBytes photoAt(int width, int height)
 {
-    auto photo = TestImages::photo("chelsea.png");
-    if (photo == nullptr)
-        return {};
-    auto* image = photo->clone();
-    image->resize(width, height, 4);
-    return SxRef<SxImageRgbaBytes>::adopt(image);
+    return GPUTestImages::photoAt("chelsea.png", width, height, 4);
 }
 } // namespace
 
@@ -54,11 +43,10 @@ TEST(TensorField, TiledEqualsUntiled)
 {
     ScopedGLContext scoped;
     const auto photo = photoAt(300, 200);
-    ASSERT_NE(photo.get(), nullptr);
     // Both sides of the blur rule: one pair of passes, and repeated pairs.
     for (float tensorBlur : { 7.5f, 25.0f })
     {
-        SxImageRgbaBytes whole(*photo), tiled(*photo);
+        SxImageRgbaBytes whole(photo), tiled(photo);
         EffectOperations::computeTensorField(whole, 1.0f, tensorBlur, false);
         {
             TileLimit limit(256);
@@ -83,21 +71,20 @@ TEST(StrokePass, TiledEqualsUntiledAtFullAndHalfFieldSize)
 {
     ScopedGLContext scoped;
     const auto photo = photoAt(400, 300);
-    ASSERT_NE(photo.get(), nullptr);
 
     for (int divisor : { 1, 2 })
     {
-        SxImageRgbaBytes tensors(*photo);
-        tensors.resize(photo->width / divisor, photo->height / divisor, 4);
+        SxImageRgbaBytes tensors(photo);
+        tensors.resize(photo.width / divisor, photo.height / divisor, 4);
         EffectOperations::computeTensorField(tensors, 1.0f, 7.5f, true);
 
         // The effect's numbers at a scale of 0.5, sharpening included. Every tap of the chain is
         // placed on the 1/256 grid that linear filtering weighs by, and tiles start on whole
         // blocks of the shrunk light blur, so a tile computes exactly what the whole picture does.
         auto pass = [&](SxImageRgbaBytes& result) {
-            EffectOperations::renderStrokePass(result, *photo, tensors, 3.25f, 6.56f, 0.4f, 0.75f, 0.8f, 11.0f, 0.6f, 0.5f);
+            EffectOperations::renderStrokePass(result, photo, tensors, 3.25f, 6.56f, 0.4f, 0.75f, 0.8f, 11.0f, 0.6f, 0.5f);
         };
-        SxImageRgbaBytes whole(photo->width, photo->height), tiled(photo->width, photo->height);
+        SxImageRgbaBytes whole(photo.width, photo.height), tiled(photo.width, photo.height);
         pass(whole);
         {
             TileLimit limit(256);
@@ -105,7 +92,7 @@ TEST(StrokePass, TiledEqualsUntiledAtFullAndHalfFieldSize)
         }
         EXPECT_EQ(TestImages::maxDifference(whole, tiled), 0) << divisor;
         // The pass changed the photo.
-        EXPECT_GT(TestImages::maxDifference(whole, *photo), 30) << divisor;
+        EXPECT_GT(TestImages::maxDifference(whole, photo), 30) << divisor;
     }
 }
 
@@ -113,20 +100,8 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
 {
     ScopedGLContext scoped;
     const auto photo = photoAt(400, 300);
-    ASSERT_NE(photo.get(), nullptr);
-    SxImageRgbaBytes tensors(*photo);
+    SxImageRgbaBytes tensors(photo);
     EffectOperations::computeTensorField(tensors, 1.0f, 7.5f, false);
-
-    // Sorted differences of the colour bytes: rounding shows as a few scattered levels, a fault
-    // as many pixels or large ones.
-    auto differences = [](const SxImageRgbaBytes& a, const SxImageRgbaBytes& b) {
-        std::vector<int> d;
-        for (int i = 0; i < a.width * a.height; ++i)
-            for (int c = 1; c < 4; ++c)
-                d.push_back(std::abs(a.pixels[i * 4 + c] - b.pixels[i * 4 + c]));
-        std::sort(d.begin(), d.end());
-        return d;
-    };
 
     // The effect's numbers at the scale of a preview, sharpening included; the second case has a
     // line long enough for two levels and a light blur wide enough for a quarter size.
@@ -134,19 +109,19 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
     {
         const std::vector<float> angles { -1.2f, 0.3f, 1.4f };
         auto stackOf = [&](SxImageRgbaBytes& result) {
-            EffectOperations::renderStrokeStack(result, *photo, tensors, 3.25f, lineLength, angles, 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
+            EffectOperations::renderStrokeStack(result, photo, tensors, 3.25f, lineLength, angles, 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
         };
-        SxImageRgbaBytes merged(photo->width, photo->height);
+        SxImageRgbaBytes merged(photo.width, photo.height);
         for (size_t i = 0; i < angles.size(); ++i)
         {
-            SxImageRgbaBytes pass(photo->width, photo->height);
-            EffectOperations::renderStrokePass(pass, *photo, tensors, 3.25f, lineLength, angles[i], 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
+            SxImageRgbaBytes pass(photo.width, photo.height);
+            EffectOperations::renderStrokePass(pass, photo, tensors, 3.25f, lineLength, angles[i], 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
             if (i == 0)
                 merged.copyFrom(pass);
             else
                 EffectOperations::lightenCombine(merged, pass, 1.0f);
         }
-        SxImageRgbaBytes stack(photo->width, photo->height), tiled(photo->width, photo->height);
+        SxImageRgbaBytes stack(photo.width, photo.height), tiled(photo.width, photo.height);
         stackOf(stack);
         {
             TileLimit limit(256);
@@ -156,13 +131,13 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
         // rounding by 1 + amount; the stack sharpens first and stores the result in steps of
         // 1 + 2 amount levels with a dither, which the line blur averages (measured: 99th
         // percentile 4 to 5, largest 8 to 9, mean 0.9 to 1.0).
-        const auto fromPasses = differences(merged, stack);
+        const auto fromPasses = GPUTestImages::sortedDifferences(merged, stack);
         EXPECT_LE(fromPasses[fromPasses.size() * 99 / 100], 6) << lightRadius;
         EXPECT_LE(fromPasses.back(), 12) << lightRadius;
-        EXPECT_LE(std::accumulate(fromPasses.begin(), fromPasses.end(), 0.0) / (double) fromPasses.size(), 1.5) << lightRadius;
+        EXPECT_LE(GPUTestImages::meanDifference(merged, stack), 1.5) << lightRadius;
         // Tiles: every fetch has the weights it has in the whole picture.
         EXPECT_EQ(TestImages::maxDifference(stack, tiled), 0) << lightRadius;
-        EXPECT_GT(TestImages::maxDifference(stack, *photo), 30) << lightRadius;
+        EXPECT_GT(TestImages::maxDifference(stack, photo), 30) << lightRadius;
     }
 }
 
@@ -170,8 +145,7 @@ TEST(StrokeStack, FinishInTheChainEqualsTheStepsRunAfterwards)
 {
     ScopedGLContext scoped;
     const auto photo = photoAt(400, 300);
-    ASSERT_NE(photo.get(), nullptr);
-    SxImageRgbaBytes tensors(*photo);
+    SxImageRgbaBytes tensors(photo);
     EffectOperations::computeTensorField(tensors, 1.0f, 7.5f, false);
     const std::vector<float> angles { -1.2f, 0.3f, 1.4f };
     auto invert = [](SxImageRgbaBytes& image) {
@@ -189,11 +163,11 @@ TEST(StrokeStack, FinishInTheChainEqualsTheStepsRunAfterwards)
             finish.contrast = 0.25f;
             finish.unsharpRadius = 1.5f;
             finish.unsharpAmount = postSharpen;
-            SxImageRgbaBytes source(*photo);
+            SxImageRgbaBytes source(photo);
             if (dark)
                 invert(source);
 
-            SxImageRgbaBytes inChain(photo->width, photo->height), afterwards(photo->width, photo->height);
+            SxImageRgbaBytes inChain(photo.width, photo.height), afterwards(photo.width, photo.height);
             EffectOperations::renderStrokeStack(inChain, source, tensors, 3.25f, 19.0f, angles, 2.2f, 1.33f, 11.0f, 0.19f, 1.46f, &finish);
             EffectOperations::renderStrokeStack(afterwards, source, tensors, 3.25f, 19.0f, angles, 2.2f, 1.33f, 11.0f, 0.19f, 1.46f);
             if (dark)
@@ -205,6 +179,6 @@ TEST(StrokeStack, FinishInTheChainEqualsTheStepsRunAfterwards)
             // Both round to bytes between the steps; only the inverted maximum may round a tie
             // the other way.
             EXPECT_LE(TestImages::maxDifference(inChain, afterwards), 1) << dark << " " << postSharpen;
-            EXPECT_GT(TestImages::maxDifference(inChain, *photo), 30) << dark << " " << postSharpen;
+            EXPECT_GT(TestImages::maxDifference(inChain, photo), 30) << dark << " " << postSharpen;
         }
 }

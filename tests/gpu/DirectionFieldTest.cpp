@@ -1,34 +1,17 @@
 // The direction field filters (tensors, their blur, the angle) and the walk along the field.
 
-#include "gpu/FilterChain.h"
+#include "GPUTestImages.h"
 #include "gpu/GPUImageAnisotropicSmooth.h"
 #include "gpu/GPUImageBlurTensors.h"
 #include "gpu/GPUImageGetTensors.h"
 #include "gpu/GPUImageGetTensorsAngle.h"
-#include "gpu/GPUImageOpenGLESContext.h"
-#include "gpu/TiledRunner.h"
-#include "support/TestImages.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 
 namespace
 {
+using namespace GPUTestImages;
 constexpr double pi = 3.14159265358979323846;
-
-void fill(SxImageRgbaBytes& image, uint8_t red, uint8_t green, uint8_t blue)
-{
-    for (int y = 0; y < image.height; ++y)
-        for (int x = 0; x < image.width; ++x)
-        {
-            auto* p = image.pixelAt(x, y);
-            p[0] = 255;
-            p[1] = red;
-            p[2] = green;
-            p[3] = blue;
-        }
-}
 
 /** Grey sine stripes whose brightness changes along gradientAngle (so they run across it),
     period 8 pixels; only the pixels with x < stripedWidth are striped, the rest mid grey. */
@@ -53,9 +36,7 @@ void directionField(SxImageRgbaBytes& image, float spread, int passes)
     auto* tensors = chain.make<GPUImageGetTensors>();
     auto* blur = chain.make<GPUImageBlurTensors>();
     auto* angle = chain.make<GPUImageGetTensorsAngle>();
-    ASSERT_TRUE(tensors->init());
-    ASSERT_TRUE(blur->init());
-    ASSERT_TRUE(angle->init());
+    ASSERT_TRUE(tensors->init() && blur->init() && angle->init());
     blur->setBlurSpread(spread);
     blur->setPasses(passes);
     FilterChain::wire({ tensors, blur, angle });
@@ -82,16 +63,9 @@ double orientationError(double a, double b)
 TEST(DirectionField, FlatImageStaysFlatThroughEveryStage)
 {
     ScopedGLContext scoped;
-    SxImageRgbaBytes flat(96, 64);
-    fill(flat, 200, 90, 30);
-
-    SxImageRgbaBytes tensors(flat);
-    {
-        FilterChain chain;
-        auto* filter = chain.make<GPUImageGetTensors>();
-        ASSERT_TRUE(filter->init());
-        TiledRunner::run(tensors, *filter, *filter, 0);
-    }
+    const auto flatImage = flat(96, 64, 255, 200, 90, 30);
+    SxImageRgbaBytes tensors(flatImage);
+    runFilter<GPUImageGetTensors>(tensors, [](auto& f) { return f.init(); });
     EXPECT_TRUE(allPixelsEqual(tensors));
     // No gradient: both squares zero, the signed product at its exact centre byte.
     EXPECT_EQ(tensors.pixelAt(10, 10)[0], 0);
@@ -99,17 +73,10 @@ TEST(DirectionField, FlatImageStaysFlatThroughEveryStage)
     EXPECT_EQ(tensors.pixelAt(10, 10)[2], 128);
 
     SxImageRgbaBytes blurred(tensors);
-    {
-        FilterChain chain;
-        auto* filter = chain.make<GPUImageBlurTensors>();
-        ASSERT_TRUE(filter->init());
-        filter->setBlurSpread(1.5f);
-        filter->setPasses(3);
-        TiledRunner::run(blurred, *filter, *filter, 0);
-    }
+    runFilter<GPUImageBlurTensors>(blurred, [](auto& f) { return f.init() && (f.setBlurSpread(1.5f), f.setPasses(3), true); });
     EXPECT_EQ(TestImages::maxDifference(blurred, tensors), 0);
 
-    SxImageRgbaBytes field(flat);
+    SxImageRgbaBytes field(flatImage);
     directionField(field, 1.0f, 1);
     EXPECT_TRUE(allPixelsEqual(field));
     const auto uv = GPUImageGetTensorsAngle::decode(field.pixelAt(5, 5));
@@ -117,14 +84,9 @@ TEST(DirectionField, FlatImageStaysFlatThroughEveryStage)
     EXPECT_LE(std::hypot(uv.x, uv.y), 4.0f / 255.0f);
 
     // The walk on a flat field takes one step: the picture comes back unchanged.
-    SxImageRgbaBytes smoothed(flat);
-    {
-        FilterChain chain;
-        auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
-        ASSERT_TRUE(smooth->init(&field, 10.0f, 1.0));
-        TiledRunner::run(smoothed, *smooth, *smooth, 0);
-    }
-    EXPECT_EQ(TestImages::maxDifference(smoothed, flat), 0);
+    SxImageRgbaBytes smoothed(flatImage);
+    runFilter<GPUImageAnisotropicSmooth>(smoothed, [&](auto& f) { return f.init(&field, 10.0f, 1.0); });
+    EXPECT_EQ(TestImages::maxDifference(smoothed, flatImage), 0);
 }
 
 TEST(DirectionField, RunsAlongStripesAndVanishesOnFlatAreas)
@@ -166,24 +128,12 @@ TEST(DirectionField, RepeatedTensorBlurReachesFurther)
 {
     ScopedGLContext scoped;
     // One bright dot: its tensors cover the 3 × 3 around it before the blur.
-    SxImageRgbaBytes dot(64, 64);
-    fill(dot, 0, 0, 0);
-    dot.pixelAt(32, 32)[1] = 255;
-    {
-        FilterChain chain;
-        auto* tensors = chain.make<GPUImageGetTensors>();
-        ASSERT_TRUE(tensors->init());
-        TiledRunner::run(dot, *tensors, *tensors, 0);
-    }
+    auto tensors = dot(64);
+    runFilter<GPUImageGetTensors>(tensors, [](auto& f) { return f.init(); });
 
     auto reach = [&](int passes) {
-        SxImageRgbaBytes blurred(dot);
-        FilterChain chain;
-        auto* blur = chain.make<GPUImageBlurTensors>();
-        EXPECT_TRUE(blur->init());
-        blur->setBlurSpread(1.0f);
-        blur->setPasses(passes);
-        TiledRunner::run(blurred, *blur, *blur, 0);
+        SxImageRgbaBytes blurred(tensors);
+        runFilter<GPUImageBlurTensors>(blurred, [&](auto& f) { return f.init() && (f.setBlurSpread(1.0f), f.setPasses(passes), true); });
         int farthest = 0;
         for (int x = 32; x < 64; ++x)
             if (blurred.pixelAt(x, 32)[0] > 0) // Jxx
@@ -214,12 +164,10 @@ TEST(AnisotropicSmooth, WalksAlongTheFieldAndOnlyAsFarAsTheLengthAllows)
 
     auto smoothed = [&](const SxImageRgbaBytes& picture, float length) {
         SxImageRgbaBytes out(picture);
-        FilterChain chain;
-        auto* smooth = chain.make<GPUImageAnisotropicSmooth>();
-        smooth->useProgramCache = true;
-        smooth->compareProgramSource = true;
-        EXPECT_TRUE(smooth->init(&field, length, 1.0));
-        TiledRunner::run(out, *smooth, *smooth, 0);
+        runFilter<GPUImageAnisotropicSmooth>(out, [&](auto& f) {
+            f.useProgramCache = f.compareProgramSource = true;
+            return f.init(&field, length, 1.0);
+        });
         return out;
     };
     auto innerDifference = [](const SxImageRgbaBytes& a, const SxImageRgbaBytes& b) {

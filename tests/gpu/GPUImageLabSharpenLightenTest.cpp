@@ -2,37 +2,26 @@
 // maximum, and the line blur of a picture sharpened before it, kept in an encoding beyond 0..1.
 // Each must give what the separate filters give.
 
-#include "gpu/FilterChain.h"
+#include "GPUTestImages.h"
 #include "gpu/GPUImageGaussianBlur.h"
 #include "gpu/GPUImageLabSharpenLightenFilter.h"
 #include "gpu/GPUImageLabToRGBColorConversion.h"
 #include "gpu/GPUImageMotionBlur.h"
-#include "gpu/GPUImageOpenGLESContext.h"
 #include "gpu/GPUImageRGBToLabColorConversion.h"
 #include "gpu/GPUImageUnsharpMaskChannelFilter.h"
 #include "gpu/GPUImageUnsharpMaskFilter.h"
 #include "gpu/GPUImageMotionBlurToLab.h"
 #include "gpu/GPUImageUnsharpMaskUnclampedFilter.h"
-#include "gpu/TiledRunner.h"
-#include "support/TestImages.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
-#include <numeric>
-#include <vector>
 
 namespace
 {
-SxRef<SxImageRgbaBytes> photo()
+using namespace GPUTestImages;
+
+SxImageRgbaBytes photo()
 {
-    auto loaded = TestImages::photo("coffee.png");
-    if (loaded == nullptr)
-        return {};
-    auto* image = loaded->clone();
-    image->resize(300, 200, 4);
-    return SxRef<SxImageRgbaBytes>::adopt(image);
+    return photoAt("coffee.png", 300, 200, 4);
 }
 
 // The separate filters: sharpen, to Lab, Lab sharpen, back to RGB.
@@ -63,30 +52,19 @@ SxImageRgbaBytes fused(const SxImageRgbaBytes& image, float radius, float amount
     return out;
 }
 
-// Sorted per-byte differences of the colour bytes.
-std::vector<int> differences(const SxImageRgbaBytes& a, const SxImageRgbaBytes& b)
-{
-    std::vector<int> d;
-    for (int i = 0; i < a.width * a.height; ++i)
-        for (int c = 1; c < 4; ++c)
-            d.push_back(std::abs(a.pixels[i * 4 + c] - b.pixels[i * 4 + c]));
-    std::sort(d.begin(), d.end());
-    return d;
-}
 } // namespace
 
 TEST(LabSharpenLighten, FusedStagesGiveWhatTheSeparateFiltersGive)
 {
     ScopedGLContext scoped;
     const auto image = photo();
-    ASSERT_NE(image.get(), nullptr);
     // A light blur taken at full size, at half (a preview's and a larger one) and at a quarter,
     // with the strongest lighting the effect's slider gives.
     for (float lightRadius : { 9.0f, 11.0f, 22.0f, 44.0f })
     {
-        const auto expected = separately(*image, 2.2f, 1.33f, lightRadius, 1.5f);
-        const auto got = fused(*image, 2.2f, 1.33f, lightRadius, 1.5f);
-        const auto d = differences(expected, got);
+        const auto expected = separately(image, 2.2f, 1.33f, lightRadius, 1.5f);
+        const auto got = fused(image, 2.2f, 1.33f, lightRadius, 1.5f);
+        const auto d = sortedDifferences(expected, got);
         // The fused draws round where bytes were stored, but the GL's own rounding of a stored
         // byte may land on the other level, and a sharpen by 1.5 scales such a level up
         // (measured: 99th percentile 3 or 4, largest 6 at full size; shrunk, the small blur's
@@ -96,7 +74,7 @@ TEST(LabSharpenLighten, FusedStagesGiveWhatTheSeparateFiltersGive)
         EXPECT_LE(d[d.size() * 999 / 1000], 6) << lightRadius;
         EXPECT_LE(d.back(), shrunk ? 20 : 8) << lightRadius;
         // And it is a sharpen: the picture changed.
-        EXPECT_GT(TestImages::maxDifference(got, *image), 20) << lightRadius;
+        EXPECT_GT(TestImages::maxDifference(got, image), 20) << lightRadius;
     }
     EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(9.0f), 1);
     EXPECT_EQ(GPUImageLabSharpenLightenFilter::reductionFor(11.0f), 2);
@@ -106,11 +84,9 @@ TEST(LabSharpenLighten, FusedStagesGiveWhatTheSeparateFiltersGive)
     for (float radius : { 11.0f, 22.0f, 44.0f, 90.0f })
     {
         const int k = GPUImageLabSharpenLightenFilter::reductionFor(radius);
-        {
-            const double full = GPUImageGaussianBlur::varianceFor(radius, 2);
-            const double shrunk = GPUImageGaussianBlur::varianceFor(GPUImageLabSharpenLightenFilter::reducedArgument(radius, k), 2) * k * k + k * k / 4.0;
-            EXPECT_NEAR(shrunk, full, 0.01 * full) << radius;
-        }
+        const double full = GPUImageGaussianBlur::varianceFor(radius, 2);
+        const double shrunk = GPUImageGaussianBlur::varianceFor(GPUImageLabSharpenLightenFilter::reducedArgument(radius, k), 2) * k * k + k * k / 4.0;
+        EXPECT_NEAR(shrunk, full, 0.01 * full) << radius;
     }
 }
 
@@ -118,10 +94,9 @@ TEST(LabSharpenLighten, KeepsTheMaximumOfItsRunsUntilANewStack)
 {
     ScopedGLContext scoped;
     const auto image = photo();
-    ASSERT_NE(image.get(), nullptr);
     // Two pictures, each brighter than the other in one channel.
-    SxImageRgbaBytes redder(*image), greener(*image);
-    for (int i = 0; i < image->width * image->height; ++i)
+    SxImageRgbaBytes redder(image), greener(image);
+    for (int i = 0; i < image.width * image.height; ++i)
     {
         uint8_t* r = redder.pixels + i * 4;
         uint8_t* g = greener.pixels + i * 4;
@@ -150,7 +125,7 @@ TEST(LabSharpenLighten, KeepsTheMaximumOfItsRunsUntilANewStack)
     const auto restarted = feed(greener);
 
     int wrong = 0;
-    for (int i = 0; i < image->width * image->height; ++i)
+    for (int i = 0; i < image.width * image.height; ++i)
         for (int c = 1; c < 4; ++c)
             wrong += std::abs(both.pixels[i * 4 + c] - std::max(alone.pixels[i * 4 + c], restarted.pixels[i * 4 + c])) > 0;
     EXPECT_EQ(wrong, 0);
@@ -166,14 +141,13 @@ TEST(LabSharpenLighten, EncodedSharpenThroughALineBlurIsTheSharpenInLab)
 {
     ScopedGLContext scoped;
     const auto image = photo();
-    ASSERT_NE(image.get(), nullptr);
     // A line of no length fetches the pixel itself, so sharpen -> encode -> line blur -> decode
     // -> Lab must be the plain sharpen converted to Lab, to the encoding's step; a line of some
     // length must be the line blur of that, as the two commute.
     for (float amount : { 0.0f, 1.33f, 6.0f })
         for (float length : { 0.0f, 12.0f })
         {
-            SxImageRgbaBytes expected(*image), got(*image);
+            SxImageRgbaBytes expected(image), got(image);
             {
                 FilterChain chain;
                 auto* line = chain.make<GPUImageMotionBlur>();
@@ -199,12 +173,12 @@ TEST(LabSharpenLighten, EncodedSharpenThroughALineBlurIsTheSharpenInLab)
             // be several of L, and the separate filters round their own bytes before sharpening
             // scales them up (measured at amounts 0 / 1.33 / 6: 99th percentile 1 / 2 to 4 / 8 to
             // 11, largest 2 / 8 / 31, mean 0.05 to 0.2 / 0.6 to 0.8 / 2.1 to 2.4).
-            const auto d = differences(expected, got);
+            const auto d = sortedDifferences(expected, got);
             const double step = 1.0 + 2.0 * amount;
-            const double mean = std::accumulate(d.begin(), d.end(), 0.0) / (double) d.size();
+            const double mean = meanDifference(expected, got);
             EXPECT_LE(d[d.size() * 99 / 100], 2.0 + step) << amount << " " << length;
             EXPECT_LE(d.back(), 4.0 + 2.5 * step) << amount << " " << length;
             EXPECT_LE(mean, 0.3 + 0.25 * step) << amount << " " << length;
-            EXPECT_GT(TestImages::maxDifference(got, *image), 20) << amount << " " << length;
+            EXPECT_GT(TestImages::maxDifference(got, image), 20) << amount << " " << length;
         }
 }

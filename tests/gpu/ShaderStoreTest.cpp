@@ -12,6 +12,8 @@ TEST(ShaderStore, ScrambleRoundTripsTextsLongerThanTheKey)
     EXPECT_EQ(ShaderStore::unscrambledEntry(scrambled), body);
     // The wrong key gives other text (which then fails to compile, as it should).
     EXPECT_NE(ShaderStore::unscrambleText(scrambled, "0123456789"), body);
+    // A program that was never embedded is empty text, which then fails to compile.
+    EXPECT_TRUE(ShaderStore::text("no_such_program.frag").isEmpty());
 }
 
 TEST(ShaderStore, KeyIndexWrapsAtTheKeyLength)
@@ -24,14 +26,4 @@ TEST(ShaderStore, KeyIndexWrapsAtTheKeyLength)
     const auto decoded = ShaderStore::base64Decode("QUJD+/8=");
     ASSERT_EQ(decoded.getSize(), 5u);
     EXPECT_EQ(static_cast<const uint8_t*>(decoded.getData())[3], 0xfb);
-}
-
-TEST(ShaderStore, EmbeddedTextsAndPrefixes)
-{
-    EXPECT_TRUE(ShaderStore::text("passthrough.vert").contains("inputTextureCoordinate"));
-    EXPECT_TRUE(ShaderStore::text("no_such_program.frag").isEmpty());
-    EXPECT_TRUE(ShaderStore::functionText().startsWith("\thighp vec3 rgb2hsv(mediump vec3 c)\t{\thighp vec4 K = vec4(0.0, -1.0 / 3.0, 2.0 / 3.0, -1.0);"));
-    const auto composed = ShaderStore::composeColourProgram("void main() {}");
-    EXPECT_TRUE(composed.startsWith("mediump vec4 swizzleOut"));
-    EXPECT_TRUE(composed.endsWith("void main() {}"));
 }

@@ -14,7 +14,7 @@ TEST(Easing, EveryCurveStartsAtTheStartAndEndsAtTheEnd)
     }
 }
 
-TEST(Easing, InCurvesStartSlowAndOutCurvesStartFast)
+TEST(Easing, InCurvesStartSlowOutCurvesStartFastAndSymmetricOnesPassTheMiddle)
 {
     // A tenth of the way in, an "in" curve has covered less than a tenth and an "out" curve more.
     for (int kind : { Easing::sineIn, Easing::quadraticIn, Easing::circularIn })
@@ -24,10 +24,7 @@ TEST(Easing, InCurvesStartSlowAndOutCurvesStartFast)
     // Back curves overshoot: "in" dips below the start, "out" passes the end.
     EXPECT_LT(Easing::ease(Easing::backIn, 20.0f, 0.0f, 1.0f, 100.0f), 0.0f);
     EXPECT_GT(Easing::ease(Easing::backOut, 80.0f, 0.0f, 1.0f, 100.0f), 1.0f);
-}
-
-TEST(Easing, SymmetricCurvesPassTheMiddleAtHalfTime)
-{
+    // Symmetric curves pass the middle at half time.
     for (int kind : { Easing::sineInOut, Easing::backInOut, Easing::bounceInOut })
         EXPECT_NEAR(Easing::ease(kind, 50.0f, 0.0f, 1.0f, 100.0f), 0.5f, 1e-3f) << kind;
 }

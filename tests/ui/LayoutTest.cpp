@@ -2,17 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace
-{
-struct Gui
-{
-    juce::ScopedJuceInitialiser_GUI init;
-};
-} // namespace
-
 TEST(BoundsStrings, SiblingsParentAndOwnEdgesResolveAndFollowResizes)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     juce::Component parent;
     parent.setSize(1000, 600);
     SxComponent topBar("topBar"), side("side"), view("view");
@@ -43,7 +35,7 @@ TEST(BoundsStrings, SiblingsParentAndOwnEdgesResolveAndFollowResizes)
 
 TEST(BoundsStrings, AMissingSiblingLeavesTheComponentAtTheOriginWithoutError)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     juce::Component parent;
     parent.setSize(500, 500);
     SxComponent lost;
@@ -54,7 +46,7 @@ TEST(BoundsStrings, AMissingSiblingLeavesTheComponentAtTheOriginWithoutError)
 
 TEST(LayoutColumn, StacksRowsWithGapsKeepsCustomLeftAndSkipsHiddenRows)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     SxLayoutComponent column;
     column.setSize(256, 400);
     column.createColumn(10, 4);

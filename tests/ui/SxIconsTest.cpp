@@ -10,10 +10,6 @@ namespace
 {
 constexpr int side = 64;
 
-struct Gui
-{
-    juce::ScopedJuceInitialiser_GUI init;
-};
 
 // Coverage of the icon on a side x side grid, 0..255 per pixel.
 std::vector<int> rasterise(const juce::Path& icon)
@@ -120,7 +116,7 @@ TEST(Icons, ThePlayTriangleBalancesOnTheCentre)
 
 TEST(IconButton, TogglesAndShowsItsStatesDifferently)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     SxIconButton pan("panButton", SxIcons::Kind::pan);
     pan.setSize(34, 34);
     pan.setClickingTogglesState(true);

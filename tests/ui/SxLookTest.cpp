@@ -15,10 +15,6 @@
 
 namespace
 {
-struct Gui
-{
-    juce::ScopedJuceInitialiser_GUI init;
-};
 
 bool closeTo(juce::Colour a, juce::Colour b, int tolerance)
 {
@@ -61,11 +57,23 @@ class Panel : public juce::Component
 public:
     void paint(juce::Graphics& g) override { g.fillAll(SxColours::panel); }
 };
+
+// For people to look at: with TORNVALE_UI_SNAPSHOT=/path/to/file.png set, writes the component
+// at twice its size there, under the given extension.
+void writeSnapshot(juce::Component& component, const char* extension)
+{
+    juce::File file(juce::String::fromUTF8(std::getenv("TORNVALE_UI_SNAPSHOT")));
+    file = file.withFileExtension(extension);
+    file.deleteFile();
+    juce::FileOutputStream out(file);
+    ASSERT_TRUE(out.openedOk()) << file.getFullPathName();
+    juce::PNGImageFormat().writeImageToStream(component.createComponentSnapshot(component.getLocalBounds(), true, 2.0f), out);
+}
 } // namespace
 
 TEST(SliderLook, TheThumbFollowsTheValueAndTheAccentFillsUpToIt)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float field = 0.0f;
     Panel panel;
     panel.setSize(256, 100);
@@ -96,7 +104,7 @@ TEST(SliderLook, TheThumbFollowsTheValueAndTheAccentFillsUpToIt)
 
 TEST(SliderLook, APanelOfControlsRendersInTheMainLook)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     SxMainLookAndFeel look;
     juce::LookAndFeel::setDefaultLookAndFeel(&look);
     {
@@ -131,10 +139,7 @@ TEST(SliderLook, APanelOfControlsRendersInTheMainLook)
         for (juce::Component* child : std::initializer_list<juce::Component*> { &fill, &render, &undo, &dice, &pan })
             panel.addAndMakeVisible(child);
 
-        EXPECT_EQ(segment.getY(), 6 + 44 + 2 + 44 + 2);
-        EXPECT_EQ(a.getValueText(), "62%");
         const auto image = panel.createComponentSnapshot(panel.getLocalBounds(), true, 2.0f);
-        EXPECT_EQ(image.getWidth(), 512);
 
         // The chosen segment ("Soft", the middle third of the row) wears the accent.
         auto* soft = segment.getSegmentController().getButton(1);
@@ -144,30 +149,16 @@ TEST(SliderLook, APanelOfControlsRendersInTheMainLook)
         EXPECT_TRUE(closeTo(image.getPixelAt(inSoft.x, inSoft.y), SxColours::accent, 10));
         EXPECT_FALSE(closeTo(image.getPixelAt(inSharp.x, inSharp.y), SxColours::accent, 40));
 
-        // For people to look at: TORNVALE_UI_SNAPSHOT=/path/to/file.png writes the picture.
-        if (const char* path = std::getenv("TORNVALE_UI_SNAPSHOT"))
+        // The panel, the panel under an alert, and every icon as a tool-bar row of buttons.
+        if (std::getenv("TORNVALE_UI_SNAPSHOT") != nullptr)
         {
-            juce::File file(juce::String::fromUTF8(path));
-            file.deleteFile();
-            juce::FileOutputStream out(file);
-            ASSERT_TRUE(out.openedOk());
-            juce::PNGImageFormat().writeImageToStream(image, out);
-        }
-
-        // An alert over the same panel, in a second picture beside the first.
-        if (const char* path = std::getenv("TORNVALE_UI_SNAPSHOT"))
-        {
+            writeSnapshot(panel, "png");
             SxAlertComponent::show(panel, "ExceededLayers", "Too Many Layers",
                                    "Cannot add this as it will exceed the maximum number of layers.");
-            const auto withAlert = panel.createComponentSnapshot(panel.getLocalBounds(), true, 2.0f);
-            juce::File file(juce::File(juce::String::fromUTF8(path)).withFileExtension("alert.png"));
-            file.deleteFile();
-            juce::FileOutputStream out(file);
-            juce::PNGImageFormat().writeImageToStream(withAlert, out);
+            writeSnapshot(panel, "alert.png");
             SxAlertComponent::findIn(panel)->close();
             juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
 
-            // Every icon, as a tool-bar row of buttons.
             Panel strip;
             strip.setSize(SxIcons::numKinds * 34, 34);
             juce::OwnedArray<SxIconButton> buttons;
@@ -177,10 +168,7 @@ TEST(SliderLook, APanelOfControlsRendersInTheMainLook)
                 b->setBounds(k * 34, 0, 34, 34);
                 strip.addAndMakeVisible(b);
             }
-            juce::File icons(juce::File(juce::String::fromUTF8(path)).withFileExtension("icons.png"));
-            icons.deleteFile();
-            juce::FileOutputStream iconsOut(icons);
-            juce::PNGImageFormat().writeImageToStream(strip.createComponentSnapshot(strip.getLocalBounds(), true, 2.0f), iconsOut);
+            writeSnapshot(strip, "icons.png");
         }
     }
     juce::LookAndFeel::setDefaultLookAndFeel(nullptr);

@@ -6,10 +6,6 @@
 
 namespace
 {
-struct Gui
-{
-    juce::ScopedJuceInitialiser_GUI init;
-};
 
 struct RecordingCallback : SegmentControllerCallback
 {
@@ -24,9 +20,6 @@ struct RecordingCallback : SegmentControllerCallback
 };
 
 const juce::StringArray detailTexts { "Sharp", "Soft", "Glow" };
-const juce::StringArray detailTips { "Decreases the amount of glow color and light in the scene while retaining sharp areas.",
-                                     "Creates a dreamy glow to color and light",
-                                     "Exaggerates dreaminess to glow color and light" };
 
 void dispatch()
 {
@@ -36,11 +29,11 @@ void dispatch()
 
 TEST(SegmentController, AClickWritesTheFieldThenCallsBackOnce)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     int field = 0;
     RecordingCallback callback;
     callback.watched = &field;
-    SxLabelSegmentController control("detailSizeSegment", "Detail Style", &field, detailTexts, detailTips, &callback);
+    SxLabelSegmentController control("detailSizeSegment", "Detail Style", &field, detailTexts, {}, &callback);
     auto& row = control.getSegmentController();
     ASSERT_EQ(row.getNumSegments(), 3);
     EXPECT_EQ(row.getSelectedIndex(), 0);
@@ -70,11 +63,10 @@ TEST(SegmentController, AClickWritesTheFieldThenCallsBackOnce)
 
 TEST(SegmentController, UpdateShowsTheFieldWithoutCallingBack)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     int field = 1;
     RecordingCallback callback;
-    SegmentController row("strokeStyleSegment", &field, { "Light", "Dark" },
-                          { "Creates white highlights and outlines", "Creates black outlines" }, &callback);
+    SegmentController row("strokeStyleSegment", &field, { "Light", "Dark" }, {}, &callback);
     EXPECT_EQ(row.getSelectedIndex(), 1); // the field is read on construction
     field = 0;
     row.update();
@@ -84,16 +76,15 @@ TEST(SegmentController, UpdateShowsTheFieldWithoutCallingBack)
     EXPECT_EQ(row.getSelectedIndex(), -1);
     EXPECT_TRUE(callback.calls.empty());
     EXPECT_EQ(field, 5);
-
 }
 
 TEST(SegmentController, LabelledRowSharesItsWidthAmongTheSegments)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     int field = 0;
     juce::Component panel;
     panel.setSize(243, 300);
-    SxLabelSegmentController control("detailSizeSegment", "Detail Style", &field, detailTexts, detailTips, nullptr);
+    SxLabelSegmentController control("detailSizeSegment", "Detail Style", &field, detailTexts, {}, nullptr);
     panel.addAndMakeVisible(control);
     EXPECT_EQ(control.getBounds(), juce::Rectangle<int>(0, 0, 243, 53));
     auto& row = control.getSegmentController();

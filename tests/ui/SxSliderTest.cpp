@@ -7,10 +7,6 @@
 
 namespace
 {
-struct Gui
-{
-    juce::ScopedJuceInitialiser_GUI init;
-};
 
 // Records each call with the field's value at that moment, to see that the field was written
 // before the owner heard of the change.
@@ -30,7 +26,7 @@ struct RecordingCallback : SxControlChangedCallback
 
 TEST(SliderText, TypedTextReadsThroughTheRangeAndSuffix)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     SxSliderBase slider;
     slider.setTextValueSuffix("%");
     struct Row
@@ -64,7 +60,7 @@ TEST(SliderText, TypedTextReadsThroughTheRangeAndSuffix)
 
 TEST(SliderText, ShownValuesAreWholeNumbersWithHalvesRoundedToEven)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     SxSliderBase slider;
     slider.setTextValueSuffix("%");
     struct Row
@@ -102,15 +98,13 @@ TEST(SliderText, ShownValuesAreWholeNumbersWithHalvesRoundedToEven)
 
 TEST(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float field = 0.5f;
     RecordingCallback callback;
     callback.watched = &field;
     SxLabelSlider control("strokeLengthSlider", "Taper Length", &field, &callback);
 
     EXPECT_EQ(control.getSlider()->getValue(), 0.5);
-    EXPECT_EQ(control.getSlider()->getMinimum(), 0.0);
-    EXPECT_EQ(control.getSlider()->getMaximum(), 1.0);
 
     control.getSlider()->setValue(0.3, juce::sendNotificationSync);
     EXPECT_FLOAT_EQ(field, 0.3f);
@@ -131,7 +125,7 @@ TEST(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
 
 TEST(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float field = 0.5f;
     RecordingCallback callback;
     callback.watched = &field;
@@ -164,7 +158,7 @@ TEST(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
 
 TEST(SliderBinding, AByteFieldTakesTheWholeNumber)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     std::uint8_t field = 0;
     RecordingCallback callback;
     SxSlider control("opacity", &field, &callback);
@@ -183,7 +177,7 @@ TEST(SliderBinding, AByteFieldTakesTheWholeNumber)
 
 TEST(SliderBinding, UpdateMovesTheSliderWithoutCallingBack)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float field = 0.5f;
     RecordingCallback callback;
     SxLabelSlider control("saturationSlider", "Color Boost", &field, &callback);
@@ -204,7 +198,7 @@ TEST(SliderBinding, UpdateMovesTheSliderWithoutCallingBack)
 
 TEST(SliderBinding, DoubleClickReturnsToTheOwnersValue)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float field = 0.9f;
     RecordingCallback callback;
     callback.watched = &field;
@@ -225,7 +219,7 @@ TEST(SliderBinding, DoubleClickReturnsToTheOwnersValue)
 
 TEST(LabelSlider, StacksInAColumnAndALongerNamePushesTheSliderRight)
 {
-    Gui gui;
+    juce::ScopedJuceInitialiser_GUI gui;
     float lighten = 0.2f, contrast = 0.7f;
     RecordingCallback callback;
     SxLabelSlider first("lightenSlider", "Lighten", &lighten, &callback);
