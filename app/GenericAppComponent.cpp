@@ -871,8 +871,15 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
          << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
          << " alert=" << alertName
          << " image=" << (hasDocument() ? juce::String(originalImage->width) + "x" + juce::String(originalImage->height) : juce::String("none"))
-         << " project=" << (projectFile == juce::File() ? juce::String("none") : projectFile.getFullPathName().replaceCharacter(' ', '_'))
-         << '\n';
+         << " project=" << (projectFile == juce::File() ? juce::String("none") : projectFile.getFullPathName().replaceCharacter(' ', '_'));
+    // Where keys go: a key that a script sends and nothing answers is explained by these.
+    auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    const auto focusName = focused == nullptr ? juce::String("none")
+                           : focused->getName().isNotEmpty() ? focused->getName() : focused->getComponentID();
+    auto* peer = getPeer();
+    text << " focus=" << (focusName.isEmpty() ? juce::String("unnamed") : focusName.replaceCharacter(' ', '_'))
+         << " windowFocused=" << (peer != nullptr && peer->isFocused() ? 1 : 0)
+         << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents() << '\n';
     // Enable and tick states of every command, as the menus show them: "command id enabled
     // ticked name".
     for (auto id : AppCommands::allCommands())

@@ -13,6 +13,7 @@
 # Usage: commands_window_test.sh <tornvale executable> <samples folder>
 # Exits 77 (skipped) without a display.
 set -uo pipefail
+. "$(dirname "$0")/window_test_lib.sh"
 
 app=$(realpath "$1")
 samples=$(realpath "$2")
@@ -39,30 +40,30 @@ if command -v xprop >/dev/null; then xprop -root -spy >/dev/null 2>&1 & keeper=$
 
 cleanup() {
   if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
+  release_input
   if [ -n "$keeper" ]; then kill "$keeper" 2>/dev/null; fi
   if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "commands_window_test: files kept in $work"; else rm -rf "$work"; fi
 }
 trap cleanup EXIT
+release_input
 
 fail() {
   echo "commands_window_test: FAIL: $*"
   echo "--- component map"; grep -v '^param\|^command' "$work/map.txt" 2>/dev/null | grep -v '^Sx\|Slider\|Segment' | head -40
   grep '^state\|^command' "$work/map.txt" 2>/dev/null
   echo "--- program log"; tail -30 "$work/app.log" 2>/dev/null
+  echo "--- X: focus on $(xdotool getwindowfocus 2>/dev/null) (the program's window: ${wid:-none}), pointer $(xdotool getmouselocation 2>/dev/null)"
+  [ -f "$work/map.txt" ] && echo "--- map written $(( $(date +%s) - $(stat -c %Y "$work/map.txt") )) s ago"
+  [ -s "$work/trace.txt" ] && { echo "--- states seen while waiting"; tail -20 "$work/trace.txt"; }
+  # A program that stopped answering says where it waits.
+  if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null && command -v gdb >/dev/null; then
+    echo "--- threads"
+    timeout 60 gdb -p "$pid" -batch -ex "thread apply all bt 12" 2>/dev/null | grep '^#\|^Thread' | head -120
+  fi
   exit 1
 }
 say() { echo "commands_window_test: $*"; }
 
-rmse() { compare -metric RMSE "$1" "$2" null: 2>&1 | sed -n 's/.*(\(.*\)).*/\1/p'; }
-below() { awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
-where() { awk -v n="$1" '$1 == n { print; exit }' "$work/map.txt"; }
-centre_of() {
-  local line; line=$(where "$1"); [ -n "$line" ] || fail "no control named $1 on screen"
-  echo "$line" | awk '{ printf "%d %d\n", $2 + $4 / 2, $3 + $5 / 2 }'
-}
-params() { grep '^param' "$work/map.txt" | sort; }
-param() { awk -F'[ =]' -v k="$1" '$1 == "param" && $2 == k { print $3; exit }' "$work/map.txt"; }
-state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
 enabled() { awk -v id="$1" '$1 == "command" && $2 == id { print $3; exit }' "$work/map.txt"; }
 
 # Waits until a condition holds; the condition is a string, evaluated afresh each time.
@@ -75,16 +76,20 @@ wait_for() { # seconds label command...
   done
 }
 idle() { [ -f "$work/map.txt" ] && [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
+# A render at this size takes about a second; the limit is wide because a shared machine may
+# starve the program for a while, and the trace of states says what it was doing meanwhile.
 settled() { # min_renders
-  local tries=0 last=-1 stable=0
+  local last=-1 stable=0 seen="" end=$(( $(date +%s) + 240 ))
+  : >"$work/trace.txt"
   while :; do
+    local now; now=$(grep '^state' "$work/map.txt" 2>/dev/null)
+    if [ "$now" != "$seen" ]; then echo "$(date +%T) $now" >>"$work/trace.txt"; seen=$now; fi
     if idle && [ "$(state renders)" -ge "$1" ] 2>/dev/null; then
       if [ "$(state renders)" = "$last" ]; then stable=$((stable + 1)); else stable=0; fi
       last=$(state renders)
       [ $stable -ge 2 ] && return 0
     fi
-    tries=$((tries + 1))
-    [ $tries -ge 240 ] && fail "renders did not settle ($(grep '^state' "$work/map.txt"))"
+    [ "$(date +%s)" -ge "$end" ] && fail "renders did not settle within 240 s ($(grep '^state' "$work/map.txt"))"
     sleep 0.5
   done
 }
@@ -94,14 +99,7 @@ shot() { # out: a 32 x 32 thumbnail of the picture shown
   import -window root "$work/screen.png"
   convert "$work/screen.png" -crop "$(echo "$line" | awk '{ printf "%dx%d+%d+%d", $4, $5, $2, $3 }')" +repage -resize '32x32!' "$1"
 }
-click() {
-  local c; c=$(centre_of "$1"); set -- $c
-  xdotool mousemove --sync $(( $1 - 6 )) $(( $2 - 3 ))
-  xdotool mousemove --sync "$1" "$2"
-  xdotool click 1
-}
 answer() { echo "$1" >"$work/answer.txt"; }
-focus() { xdotool windowfocus --sync "$wid" 2>/dev/null || xdotool windowfocus "$wid"; sleep 0.2; }
 # Opens a menu of the menu bar by a click and picks its nth command with the arrow keys.
 menu_pick() { # menu-x-offset downs
   local line; line=$(where menuBar); [ -n "$line" ] || fail "no menu bar"
@@ -121,8 +119,7 @@ start() { # [file]
   focus
 }
 quit() {
-  focus
-  xdotool key ctrl+q
+  press ctrl+q
   local n=0
   while kill -0 "$pid" 2>/dev/null; do
     n=$((n + 1)); [ $n -ge 60 ] && fail "Ctrl+Q did not end the program"
@@ -143,14 +140,14 @@ done
 [ "$(enabled 20480)" = 1 ] || fail "Open Project is off"
 # Ctrl+S does nothing now: the dialog's answer stays unused.
 answer "$work/out/never.png"
-xdotool key ctrl+s; sleep 1
+press ctrl+s; sleep 1
 [ -f "$work/answer.txt" ] || fail "Ctrl+S with no photo asked for a file"
 rm -f "$work/answer.txt"
 say "no photo: save, undo, zoom off; Get Photo... on"
 
 # 2. Ctrl+O opens the photo.
 answer "$samples/coffee.png"
-xdotool key ctrl+o
+press ctrl+o
 wait_for 30 "Ctrl+O" 'test "$(state image)" = 600x400'
 settled 1
 [ "$(enabled 8193)" = 1 ] || fail "Save Photo... is off with a photo open"
@@ -161,7 +158,7 @@ click randomizeButton; settled $(( $(state renders) + 1 )); p1=$(params)
 click randomizeButton; settled $(( $(state renders) + 1 )); p2=$(params)
 [ "$p1" != "$p0" ] && [ "$p2" != "$p1" ] || fail "randomize did not change the settings"
 # Each key is pressed once the last render has ended, as a user waiting for the picture would.
-key_when_idle() { wait_for 60 "renders to end" 'idle'; sleep 0.3; focus; xdotool key "$1"; }
+key_when_idle() { wait_for 60 "renders to end" 'idle'; sleep 0.3; press "$1"; }
 key_when_idle ctrl+z; wait_for 30 "Ctrl+Z to the second record" '[ "$(params)" = "$p1" ]'
 key_when_idle ctrl+z; wait_for 30 "Ctrl+Z to the first record" '[ "$(params)" = "$p0" ]'
 [ "$(state undo)" = "$u0" ] || fail "undo index $(state undo), expected $u0"
@@ -175,7 +172,7 @@ say "Ctrl+Z / Ctrl+Shift+Z walked records $u0..$(state undo)"
 # 4. Ctrl+S saves the photo at full size with its resolution; without an extension it is a PNG.
 source_res=$(identify -units PixelsPerInch -format '%x' "$samples/coffee.png" | awk '{ printf "%.0f", $1 }')
 answer "$work/out/art.tif"
-xdotool key ctrl+s
+press ctrl+s
 wait_for 60 "Ctrl+S to TIFF" 'test -s "$work/out/art.tif"'
 wait_for 30 "the save to end" 'idle'
 read -r w h x y <<<"$(identify -units PixelsPerInch -format '%w %h %x %y' "$work/out/art.tif" | awk '{ printf "%d %d %.0f %.0f", $1, $2, $3, $4 }')"
@@ -192,7 +189,7 @@ value=$(rmse "$work/saved.png" "$work/now.png")
 say "saved picture against the view: RMSE $value"
 below "$value" 0.04 || fail "the saved picture is not what the view shows (RMSE $value)"
 answer "$work/out/plain"
-xdotool key ctrl+s
+press ctrl+s
 wait_for 60 "Ctrl+S without an extension" 'test -s "$work/out/plain.png"'
 [ -e "$work/out/plain" ] && fail "a file without an extension was written"
 [ "$(identify -format '%m %w %h' "$work/out/plain.png")" = "PNG 600 400" ] || fail "plain.png is not a 600 x 400 PNG"
@@ -200,8 +197,7 @@ wait_for 30 "the save to end" 'idle'
 say "Ctrl+S: art.tif and plain.png"
 
 # 5. Ctrl+Shift+S saves a preset under the typed name.
-focus
-xdotool key ctrl+shift+s
+press ctrl+shift+s
 wait_for 10 "the preset name panel" 'test -n "$(where presetNamePanel)"'
 xdotool key ctrl+a
 xdotool type --delay 40 "Window Test"
@@ -240,7 +236,7 @@ value=$(rmse "$work/reopened.png" "$work/before-quit.png")
 say "reopened project against the view before quitting: RMSE $value"
 below "$value" 0.01 || fail "the reopened picture differs (RMSE $value)"
 answer "$samples/chelsea.png"
-focus; xdotool key ctrl+o
+press ctrl+o
 sleep 1.5
 [ "$(state alert)" = none ] || fail "an open right after a project open asked a question"
 wait_for 30 "Ctrl+O of a second photo" 'test "$(state image)" = 451x300'
@@ -250,7 +246,7 @@ settled 1
 click randomizeButton; settled $(( $(state renders) + 1 ))
 [ "$(state fresh)" = 0 ] || fail "a change left the document marked as saved"
 answer "$samples/coffee.png"
-focus; xdotool key ctrl+o
+press ctrl+o
 wait_for 10 "the unsaved-changes question" 'test "$(state alert)" = saveProjectAlert'
 import -window root "$work/question.png"
 xdotool key Escape

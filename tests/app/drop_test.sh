@@ -4,6 +4,7 @@
 # Usage: drop_test.sh <tornvale executable> <drag source executable> <samples folder>
 # Exits 77 (skipped) without a display.
 set -uo pipefail
+. "$(dirname "$0")/window_test_lib.sh"
 
 app=$(realpath "$1")
 source_app=$(realpath "$2")
@@ -24,17 +25,17 @@ pid=""; spid=""
 
 cleanup() {
   for p in $pid $spid; do kill "$p" 2>/dev/null; done
+  release_input
   if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "drop_test: files kept in $work"; else rm -rf "$work"; fi
 }
 trap cleanup EXIT
+release_input
 fail() {
   echo "drop_test: FAIL: $*"
   echo "--- program log"; tail -20 "$work/app.log" 2>/dev/null
   echo "--- drag source log"; cat "$work/source.log" 2>/dev/null
   exit 1
 }
-state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
-where() { awk -v n="$1" '$1 == n { print; exit }' "$work/map.txt"; }
 
 "$app" "$samples/coffee.png" >"$work/app.log" 2>&1 &
 pid=$!

@@ -11,6 +11,7 @@
 # Usage: ui_render_test.sh <tornvale executable> <samples folder> [screenshot to keep]
 # Exits 77 (skipped) without a display.
 set -uo pipefail
+. "$(dirname "$0")/window_test_lib.sh"
 
 app=$(realpath "$1")
 samples=$(realpath "$2")
@@ -33,9 +34,11 @@ pid=""
 
 cleanup() {
   if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
+  release_input
   if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "ui_render_test: files kept in $work"; else rm -rf "$work"; fi
 }
 trap cleanup EXIT
+release_input
 
 fail() {
   echo "ui_render_test: FAIL: $*"
@@ -44,18 +47,6 @@ fail() {
   exit 1
 }
 say() { echo "ui_render_test: $*"; }
-
-rmse() { compare -metric RMSE "$1" "$2" null: 2>&1 | sed -n 's/.*(\(.*\)).*/\1/p'; }
-below() { awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
-
-# One control's line of the map: name x y w h.
-where() { awk -v n="$1" '$1 == n { print; exit }' "$work/map.txt"; }
-centre_of() { # name -> "x y"
-  local line; line=$(where "$1"); [ -n "$line" ] || fail "no control named $1 on screen"
-  echo "$line" | awk '{ printf "%d %d\n", $2 + $4 / 2, $3 + $5 / 2 }'
-}
-param() { awk -F'[ =]' -v k="$1" '$1 == "param" && $2 == k { print $3; exit }' "$work/map.txt"; }
-state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
 
 # Waits until no render runs and at least `min` renders have finished, and the count has stood
 # still for a second (the completion of a render may start the next one).
@@ -83,18 +74,6 @@ shot() { # out [keep pointer]
   convert "$work/full-$(basename "$1")" -resize '32x32!' "$1"
 }
 
-# Points at a control the way a hand does: arriving from beside it, so the window sees motion
-# inside before the press.
-point_at() { # name
-  local c; c=$(centre_of "$1")
-  set -- $c
-  xdotool mousemove --sync $(( $1 - 6 )) $(( $2 - 3 ))
-  xdotool mousemove --sync "$1" "$2"
-}
-click() { # name
-  point_at "$1"
-  xdotool click 1
-}
 
 convert "$samples/coffee.png" -resize '32x32!' "$work/photo.png"
 
@@ -157,11 +136,9 @@ say "after the drag against before: RMSE $value"
 below "$value" 0.003 && fail "the picture did not change with the slider"
 # The undo record of the last value, rendered afresh, must give the very picture on the screen:
 # Ctrl+Z renders the value before it, Ctrl+Shift+Z renders the last value from its record.
-focus() { xdotool windowfocus --sync "$wid" 2>/dev/null || xdotool windowfocus "$wid"; }
-focus
-xdotool key ctrl+z
+press ctrl+z
 wait_idle $(( $(state renders) + 1 )) undo
-xdotool key ctrl+shift+z
+press ctrl+shift+z
 wait_idle $(( $(state renders) + 1 )) redo
 [ "$(param strokeLength)" = "$after" ] || fail "redo did not return to $after ($(param strokeLength))"
 shot "$work/redone.png"
@@ -197,7 +174,7 @@ click zoomInButton; sleep 1.2
 zin=$(state zoom)
 click zoomOutButton; sleep 1.2; click zoomOutButton; sleep 1.2
 zout=$(state zoom)
-focus; xdotool key ctrl+0; sleep 1.2
+press ctrl+0; sleep 1.2
 zfit=$(state zoom)
 say "zoom fit $fit, in $zin, out twice $zout, fit again $zfit"
 awk -v f="$fit" -v i="$zin" -v o="$zout" -v g="$zfit" 'BEGIN { exit !(i > f * 1.1 && o < i && o < f && (g - f) ^ 2 < 1e-6) }' \

@@ -7,6 +7,7 @@
 # Usage: window_test.sh <tornvale executable> <samples folder>
 # Exits 77 (skipped) without a display.
 set -uo pipefail
+. "$(dirname "$0")/window_test_lib.sh"
 
 app=$(realpath "$1")
 samples=$(realpath "$2")
@@ -37,9 +38,11 @@ pid=""
 
 cleanup() {
   if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
+  release_input
   if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "window_test: files kept in $work"; else rm -rf "$work"; fi
 }
 trap cleanup EXIT
+release_input
 
 fail() {
   echo "window_test: FAIL: $*"
@@ -56,9 +59,7 @@ tolerance=0.05
 
 thumb_of_picture() { convert "$1" -gravity center -crop 80%x80%+0+0 +repage -resize '16x16!' "$2"; }
 
-rmse() { compare -metric RMSE "$1" "$2" null: 2>&1 | sed -n 's/.*(\(.*\)).*/\1/p'; }
 
-below() { awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
 
 geometry() { eval "$(xdotool getwindowgeometry --shell "$1")"; }
 

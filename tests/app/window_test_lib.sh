@@ -1,0 +1,40 @@
+# Shared by the window tests (sourced): reading the program's component map, comparing pictures,
+# and sending input the way a user does. The caller sets $work (its folder, where the program
+# writes map.txt) and, once the window is up, $wid; it defines fail.
+
+rmse() { compare -metric RMSE "$1" "$2" null: 2>&1 | sed -n 's/.*(\(.*\)).*/\1/p'; }
+below() { awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
+
+# One control's line of the map: name x y w h.
+where() { awk -v n="$1" '$1 == n { print; exit }' "$work/map.txt"; }
+centre_of() { # name -> "x y"
+  local line; line=$(where "$1"); [ -n "$line" ] || fail "no control named $1 on screen"
+  echo "$line" | awk '{ printf "%d %d\n", $2 + $4 / 2, $3 + $5 / 2 }'
+}
+param() { awk -F'[ =]' -v k="$1" '$1 == "param" && $2 == k { print $3; exit }' "$work/map.txt"; }
+params() { grep '^param' "$work/map.txt" | sort; }
+state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
+
+focus() { xdotool windowfocus --sync "$wid" 2>/dev/null || xdotool windowfocus "$wid"; sleep 0.2; }
+# A shortcut as a user types it: into the program's window, with the focus there. Without a
+# window manager nothing gives the focus back once a panel or a menu took it, and a key sent to
+# the screen's root while the pointer is outside the window reaches nobody.
+press() { focus; xdotool key "$@"; }
+# Points at a control the way a hand does: arriving from beside it, so the window sees motion
+# inside before the press.
+point_at() { # name
+  local c; c=$(centre_of "$1")
+  set -- $c
+  xdotool mousemove --sync $(( $1 - 6 )) $(( $2 - 3 ))
+  xdotool mousemove --sync "$1" "$2"
+}
+click() { point_at "$1"; xdotool click 1; }
+
+# Every window test of a run shares one X server. A test that ended between a press and its
+# release (killed mid-drag) leaves that button or key down, and the server then drops the next
+# press of it: the first click of the next test would vanish. Tests start, and end, with every
+# button and modifier up and the pointer in the corner.
+release_input() {
+  xdotool mouseup 1 mouseup 2 mouseup 3 keyup ctrl keyup shift keyup alt >/dev/null 2>&1
+  xdotool mousemove --sync 1 1 >/dev/null 2>&1 || true
+}
