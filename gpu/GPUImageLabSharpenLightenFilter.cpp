@@ -102,24 +102,14 @@ void GPUImageMaximumAccumulator::renderToTextureWithVertices(const GLfloat* vert
 void GPUImageMaximumAccumulator::destroyFilterFBO()
 {
     GPUImageTwoInputFilter::destroyFilterFBO();
-    if (spareFramebuffer != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteFramebuffers(1, &spareFramebuffer);
-        spareFramebuffer = 0;
-    }
+    deleteFramebuffer(spareFramebuffer);
     hasAccumulation = false;
 }
 
 void GPUImageMaximumAccumulator::deleteOutputTexture()
 {
     GPUImageTwoInputFilter::deleteOutputTexture();
-    if (spareTexture != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteTextures(1, &spareTexture);
-        spareTexture = 0;
-    }
+    deleteTexture(spareTexture);
 }
 
 //==============================================================================

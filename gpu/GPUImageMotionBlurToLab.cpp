@@ -29,12 +29,7 @@ bool GPUImageMotionBlurToLab::initFilter(float length, int filterType)
     labInputTextureUniform = labProgram->uniformIndex("inputImageTexture");
 
     if (labTexture == 0)
-    {
-        const GLuint first = outputTexture;
-        outputTexture = 0;
-        createOutputTexture();
-        labTexture = std::exchange(outputTexture, first);
-    }
+        labTexture = makeTexture();
     return true;
 }
 
@@ -111,23 +106,13 @@ void GPUImageMotionBlurToLab::createFilterFBOofSize(GPUImageSize size)
 void GPUImageMotionBlurToLab::destroyFilterFBO()
 {
     GPUImageMotionBlur::destroyFilterFBO();
-    if (labFramebuffer != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteFramebuffers(1, &labFramebuffer);
-        labFramebuffer = 0;
-    }
+    deleteFramebuffer(labFramebuffer);
 }
 
 void GPUImageMotionBlurToLab::deleteOutputTexture()
 {
     GPUImageMotionBlur::deleteOutputTexture();
-    if (labTexture != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteTextures(1, &labTexture);
-        labTexture = 0;
-    }
+    deleteTexture(labTexture);
 }
 
 void GPUImageMotionBlurToLab::setOutputFBO()

@@ -17,15 +17,22 @@ void GPUImageOutput::destroy()
 
 void GPUImageOutput::createOutputTexture()
 {
+    outputTexture = makeTexture();
+}
+
+GLuint GPUImageOutput::makeTexture()
+{
     ScopedGLContext scoped;
+    GLuint texture = 0;
     glActiveTexture(GL_TEXTURE0);
-    glGenTextures(1, &outputTexture);
-    glBindTexture(GL_TEXTURE_2D, outputTexture);
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
     glBindTexture(GL_TEXTURE_2D, 0);
+    return texture;
 }
 
 void GPUImageOutput::setInputTextureForTarget(GPUImageInput* target, int textureIndex)
@@ -80,10 +87,23 @@ void GPUImageOutput::removeAllTargets()
 
 void GPUImageOutput::deleteOutputTexture()
 {
-    if (outputTexture != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteTextures(1, &outputTexture);
-        outputTexture = 0;
-    }
+    deleteTexture(outputTexture);
+}
+
+void GPUImageOutput::deleteTexture(GLuint& texture)
+{
+    if (texture == 0)
+        return;
+    ScopedGLContext scoped;
+    glDeleteTextures(1, &texture);
+    texture = 0;
+}
+
+void GPUImageOutput::deleteFramebuffer(GLuint& framebuffer)
+{
+    if (framebuffer == 0)
+        return;
+    ScopedGLContext scoped;
+    glDeleteFramebuffers(1, &framebuffer);
+    framebuffer = 0;
 }

@@ -22,6 +22,12 @@ public:
     virtual void initializeOutputTexture();
     void destroy() override;
     virtual void createOutputTexture();
+    /** A new empty texture with the sampling every filter reads with (linear, clamped at the
+        edges), for a filter that draws into more than one texture; the caller owns it. */
+    static GLuint makeTexture();
+    /** Deletes a texture or a framebuffer the caller owns, if there is one, and zeroes its name. */
+    static void deleteTexture(GLuint& texture);
+    static void deleteFramebuffer(GLuint& framebuffer);
     virtual void setInputTextureForTarget(GPUImageInput* target, int textureIndex);
     virtual void addTarget(GPUImageInput* target, int textureIndex);
     virtual void addTarget(GPUImageInput* target);

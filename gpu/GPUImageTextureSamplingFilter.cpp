@@ -32,35 +32,20 @@ void GPUImageMultiPassTextureSamplingFilter::createFilterFBOofSize(GPUImageSize 
     GPUImageFilter::createFilterFBOofSize(size);
     ScopedGLContext scoped;
     if (secondTexture == 0)
-    {
-        const GLuint primary = outputTexture;
-        outputTexture = 0;
-        createOutputTexture();
-        secondTexture = std::exchange(outputTexture, primary);
-    }
+        secondTexture = makeTexture();
     secondFramebuffer = createFramebufferForTexture(secondTexture, size);
 }
 
 void GPUImageMultiPassTextureSamplingFilter::destroyFilterFBO()
 {
     GPUImageFilter::destroyFilterFBO();
-    if (secondFramebuffer != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteFramebuffers(1, &secondFramebuffer);
-        secondFramebuffer = 0;
-    }
+    deleteFramebuffer(secondFramebuffer);
 }
 
 void GPUImageMultiPassTextureSamplingFilter::deleteOutputTexture()
 {
     GPUImageFilter::deleteOutputTexture();
-    if (secondTexture != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteTextures(1, &secondTexture);
-        secondTexture = 0;
-    }
+    deleteTexture(secondTexture);
 }
 
 void GPUImageMultiPassTextureSamplingFilter::renderToTextureWithVertices(const GLfloat* vertices, const GLfloat* textureCoordinates,

@@ -24,12 +24,7 @@ bool GPUImageTwoPassFilter::initWithShaders(const juce::String& firstVertex, con
     glEnableVertexAttribArray(secondFilterTextureCoordinateAttribute);
 
     if (secondFilterOutputTexture == 0)
-    {
-        const GLuint first = outputTexture;
-        outputTexture = 0;
-        createOutputTexture();
-        secondFilterOutputTexture = std::exchange(outputTexture, first);
-    }
+        secondFilterOutputTexture = makeTexture();
     return true;
 }
 
@@ -101,23 +96,13 @@ void GPUImageTwoPassFilter::createFilterFBOofSize(GPUImageSize size)
 void GPUImageTwoPassFilter::destroyFilterFBO()
 {
     GPUImageFilter::destroyFilterFBO();
-    if (secondFilterFramebuffer != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteFramebuffers(1, &secondFilterFramebuffer);
-        secondFilterFramebuffer = 0;
-    }
+    deleteFramebuffer(secondFilterFramebuffer);
 }
 
 void GPUImageTwoPassFilter::deleteOutputTexture()
 {
     GPUImageFilter::deleteOutputTexture();
-    if (secondFilterOutputTexture != 0)
-    {
-        ScopedGLContext scoped;
-        glDeleteTextures(1, &secondFilterOutputTexture);
-        secondFilterOutputTexture = 0;
-    }
+    deleteTexture(secondFilterOutputTexture);
 }
 
 void GPUImageTwoPassFilter::setOutputFBO()
