@@ -298,6 +298,27 @@ void GenericAppComponent::waitForRender()
         document->setShowActivity(false, {});
 }
 
+void GenericAppComponent::startNewDocument(const SxRef<SxImageRgbaBytes>& image, const juce::File& file)
+{
+    // The running render holds the layers: it ends before the old picture goes.
+    waitForRender();
+    loadingDocument = true;
+    showOriginal(false);
+    document->setImage(nullptr);
+    displayImage.reset();
+    previewImage.reset();
+    originalImage = image;
+
+    auto& settings = *applicationProperties;
+    settings.setValue("ImagePath", file.getFullPathName());
+    settings.setValue("freshProject", true);
+    settings.setValue("freshProjectUndoCount", juce::var(0));
+    settings.setValue("NeedsToLoadImagePath", "");
+
+    currentFile = file;
+    imagePath = file.getFullPathName();
+}
+
 bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
 {
     // Decode before dropping the current picture, so a file that fails leaves the document shown.
@@ -311,23 +332,8 @@ bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
         return false;
     }
 
-    waitForRender();
-    loadingDocument = true;
-    showOriginal(false);
-    document->setImage(nullptr);
-    displayImage.reset();
-    previewImage.reset();
-    originalImage = decoded.image;
+    startNewDocument(decoded.image, file);
     projectFile = juce::File();
-
-    auto& settings = *applicationProperties;
-    settings.setValue("ImagePath", file.getFullPathName());
-    settings.setValue("freshProject", true);
-    settings.setValue("freshProjectUndoCount", juce::var(0));
-    settings.setValue("NeedsToLoadImagePath", "");
-
-    currentFile = file;
-    imagePath = file.getFullPathName();
     metadata.clear();
     resolutionX = (float) decoded.resolutionX;
     resolutionY = (float) decoded.resolutionY;
@@ -418,24 +424,9 @@ bool GenericAppComponent::loadProject(const juce::File& file)
         return false;
     }
 
-    waitForRender();
-    loadingDocument = true;
-    showOriginal(false);
-    document->setImage(nullptr);
-    displayImage.reset();
-    previewImage.reset();
-    originalImage = project->image;
-
-    auto& settings = *applicationProperties;
-    settings.setValue("ImagePath", file.getFullPathName());
-    settings.setValue("freshProject", true);
-    settings.setValue("freshProjectUndoCount", juce::var(0));
-    settings.setValue("NeedsToLoadImagePath", "");
-    settings.saveIfNeeded();
-
-    currentFile = file;
+    startNewDocument(project->image, file);
+    applicationProperties->saveIfNeeded();
     projectFile = file;
-    imagePath = file.getFullPathName();
     metadata.clear();
     resolutionX = (float) project->widthDpi;
     resolutionY = (float) project->heightDpi;
@@ -464,7 +455,7 @@ bool GenericAppComponent::loadProject(const juce::File& file)
         if (effectControlComponent != nullptr)
             effectControlComponent->setEffect(getEffectLayer());
         // The first record of the history is the state as saved, which is not a change.
-        settings.setValue("freshProjectUndoCount", juce::var(0));
+        applicationProperties->setValue("freshProjectUndoCount", juce::var(0));
         undo.reset();
         layerChanged();
     }

@@ -256,6 +256,9 @@ public:
 
 protected:
     virtual bool loadImageFile(const juce::File& file, bool showDelay);
+    /** Drops the shown document for a picture that was read whole from file (a photo or a
+        project): the settings name the file and the new document counts as saved. */
+    void startNewDocument(const SxRef<SxImageRgbaBytes>& image, const juce::File& file);
     /** Called with the effect layer whenever one has been made for the document (an open, a
         restored project), before its first render. */
     virtual void prepareEffectLayer(Layer*) {}
