@@ -85,14 +85,8 @@ bool PresetNamePanel::keyPressed(const juce::KeyPress& key)
 
 void PresetNamePanel::paint(juce::Graphics& g)
 {
-    const auto bounds = getLocalBounds().toFloat().reduced(0.5f);
-    g.setColour(SxColours::panel);
-    g.fillRoundedRectangle(bounds, 8.0f);
-    g.setColour(SxColours::outline);
-    g.drawRoundedRectangle(bounds, 8.0f, 1.0f);
-    g.setColour(SxColours::text);
-    g.setFont(juce::Font(15.0f, juce::Font::bold));
-    g.drawText("Save Preset", 16, 12, getWidth() - 32, 20, juce::Justification::centredLeft);
+    SxPaint::outlinedPanel(g, getLocalBounds(), SxColours::panel, 8.0f);
+    SxPaint::panelTitle(g, "Save Preset", { 16, 12, getWidth() - 32, 20 });
 }
 
 void PresetNamePanel::resized()

@@ -28,11 +28,8 @@ void SxActivityContainer::step()
 
 void SxActivityContainer::paint(juce::Graphics& g)
 {
+    SxPaint::outlinedPanel(g, getLocalBounds(), SxColours::panel.withAlpha(0.95f), 6.0f);
     const auto bounds = getLocalBounds().toFloat().reduced(0.5f);
-    g.setColour(SxColours::panel.withAlpha(0.95f));
-    g.fillRoundedRectangle(bounds, 6.0f);
-    g.setColour(SxColours::outline);
-    g.drawRoundedRectangle(bounds, 6.0f, 1.0f);
 
     // Twelve spokes, the brightest one walking round.
     const float cx = 15.0f, cy = bounds.getCentreY(), inner = 4.0f, outer = 8.5f;

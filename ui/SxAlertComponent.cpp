@@ -222,15 +222,8 @@ int SxAlertComponent::getPreferredHeight(int width) const
 
 void SxAlertComponent::paint(juce::Graphics& g)
 {
-    const auto bounds = getLocalBounds().toFloat().reduced(0.5f);
-    g.setColour(SxColours::panel);
-    g.fillRoundedRectangle(bounds, 8.0f);
-    g.setColour(SxColours::outline);
-    g.drawRoundedRectangle(bounds, 8.0f, 1.0f);
-
-    g.setColour(SxColours::text);
-    g.setFont(juce::Font(15.0f, juce::Font::bold));
-    g.drawFittedText(title, margin, margin, getWidth() - 2 * margin, titleHeight, juce::Justification::centredLeft, 1);
+    SxPaint::outlinedPanel(g, getLocalBounds(), SxColours::panel, 8.0f);
+    SxPaint::panelTitle(g, title, { margin, margin, getWidth() - 2 * margin, titleHeight });
 
     const float top = (float) (margin + titleHeight + 8);
     layoutMessage((float) (getWidth() - 2 * margin))

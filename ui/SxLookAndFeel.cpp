@@ -87,6 +87,22 @@ void SxMainLookAndFeel::drawScrollbar(juce::Graphics& g, juce::ScrollBar&, int x
     g.fillRoundedRectangle(thumb.reduced(0.0f, 1.0f), thickness * 0.5f);
 }
 
+void SxPaint::outlinedPanel(juce::Graphics& g, juce::Rectangle<int> area, juce::Colour fill, float corner)
+{
+    const auto bounds = area.toFloat().reduced(0.5f);
+    g.setColour(fill);
+    g.fillRoundedRectangle(bounds, corner);
+    g.setColour(SxColours::outline);
+    g.drawRoundedRectangle(bounds, corner, 1.0f);
+}
+
+void SxPaint::panelTitle(juce::Graphics& g, const juce::String& title, juce::Rectangle<int> area)
+{
+    g.setColour(SxColours::text);
+    g.setFont(juce::Font(15.0f, juce::Font::bold));
+    g.drawFittedText(title, area, juce::Justification::centredLeft, 1);
+}
+
 void SxMainLookAndFeel::drawTooltip(juce::Graphics& g, const juce::String& text, int width, int height)
 {
     const juce::Rectangle<float> bounds(0.0f, 0.0f, (float) width, (float) height);

@@ -20,6 +20,15 @@ inline const juce::Colour dimText { 0xffa9abb0 };
 inline const juce::Colour accent { 0xff4a9eea };
 } // namespace SxColours
 
+/** Drawing that several of our panels share, so they stay alike. */
+namespace SxPaint
+{
+/** A rounded body with a hairline outline, the line half a pixel inside area so it stays crisp. */
+void outlinedPanel(juce::Graphics& g, juce::Rectangle<int> area, juce::Colour fill, float corner);
+/** A panel's title: bold, in the text colour, one line at the left of area. */
+void panelTitle(juce::Graphics& g, const juce::String& title, juce::Rectangle<int> area);
+} // namespace SxPaint
+
 class SxMainLookAndFeel : public juce::LookAndFeel_V4
 {
 public:

@@ -100,11 +100,8 @@ void SegmentController::resized()
 
 void SegmentController::paint(juce::Graphics& g)
 {
+    SxPaint::outlinedPanel(g, getLocalBounds(), SxColours::control, 4.0f);
     const auto area = getLocalBounds().toFloat().reduced(0.5f);
-    g.setColour(SxColours::control);
-    g.fillRoundedRectangle(area, 4.0f);
-    g.setColour(SxColours::outline);
-    g.drawRoundedRectangle(area, 4.0f, 1.0f);
     // Hairlines between neighbours that are both off; beside the chosen one the pill separates.
     const int chosen = getSelectedIndex();
     g.setColour(SxColours::outline.withAlpha(0.6f));
