@@ -24,14 +24,9 @@ template <typename Operation>
 void expectTiledEqualsUntiled(const Operation& operation, const char* label)
 {
     const auto original = photo();
-    SxImageRgbaBytes whole(original), tiled(original);
-    operation(whole);
-    {
-        TileLimit limit(256);
-        operation(tiled);
-    }
-    EXPECT_GT(TestImages::maxDifference(whole, original), 10) << label << ": the operation did something";
-    EXPECT_EQ(TestImages::maxDifference(whole, tiled), 0) << label;
+    const TestImages::WholeAndTiled run(original, 256, operation);
+    EXPECT_GT(TestImages::maxDifference(run.whole, original), 10) << label << ": the operation did something";
+    EXPECT_EQ(TestImages::maxDifference(run.whole, run.tiled), 0) << label;
 }
 } // namespace
 

@@ -10,7 +10,6 @@
 
 namespace
 {
-using TestImages::TileLimit;
 
 SxImageRgbaBytes photoAt(int width, int height)
 {
@@ -46,14 +45,12 @@ TEST(TensorField, TiledEqualsUntiled)
     // Both sides of the blur rule: one pair of passes, and repeated pairs.
     for (float tensorBlur : { 7.5f, 25.0f })
     {
-        SxImageRgbaBytes whole(photo), tiled(photo);
-        EffectOperations::computeTensorField(whole, 1.0f, tensorBlur, false);
-        {
-            TileLimit limit(256);
-            EffectOperations::computeTensorField(tiled, 1.0f, tensorBlur, false);
-        }
+        const TestImages::WholeAndTiled run(photo, 256, [&](SxImageRgbaBytes& image) {
+            EffectOperations::computeTensorField(image, 1.0f, tensorBlur, false);
+        });
+        const auto& whole = run.whole;
         ASSERT_EQ(whole.width, 1000);
-        EXPECT_EQ(TestImages::maxDifference(whole, tiled), 0) << tensorBlur;
+        EXPECT_EQ(TestImages::maxDifference(whole, run.tiled), 0) << tensorBlur;
 
         // A photo has structure: the field is not flat.
         float strongest = 0.0f;
@@ -81,18 +78,12 @@ TEST(StrokePass, TiledEqualsUntiledAtFullAndHalfFieldSize)
         // The effect's numbers at a scale of 0.5, sharpening included. Every tap of the chain is
         // placed on the 1/256 grid that linear filtering weighs by, and tiles start on whole
         // blocks of the shrunk light blur, so a tile computes exactly what the whole picture does.
-        auto pass = [&](SxImageRgbaBytes& result) {
+        const TestImages::WholeAndTiled run(SxImageRgbaBytes(photo.width, photo.height), 256, [&](SxImageRgbaBytes& result) {
             EffectOperations::renderStrokePass(result, photo, tensors, 3.25f, 6.56f, 0.4f, 0.75f, 0.8f, 11.0f, 0.6f, 0.5f);
-        };
-        SxImageRgbaBytes whole(photo.width, photo.height), tiled(photo.width, photo.height);
-        pass(whole);
-        {
-            TileLimit limit(256);
-            pass(tiled);
-        }
-        EXPECT_EQ(TestImages::maxDifference(whole, tiled), 0) << divisor;
+        });
+        EXPECT_EQ(TestImages::maxDifference(run.whole, run.tiled), 0) << divisor;
         // The pass changed the photo.
-        EXPECT_GT(TestImages::maxDifference(whole, photo), 30) << divisor;
+        EXPECT_GT(TestImages::maxDifference(run.whole, photo), 30) << divisor;
     }
 }
 
@@ -108,9 +99,6 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
     for (const auto [lineLength, lightRadius] : { std::pair { 19.0f, 11.0f }, std::pair { 40.0f, 44.0f } })
     {
         const std::vector<float> angles { -1.2f, 0.3f, 1.4f };
-        auto stackOf = [&](SxImageRgbaBytes& result) {
-            EffectOperations::renderStrokeStack(result, photo, tensors, 3.25f, lineLength, angles, 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
-        };
         SxImageRgbaBytes merged(photo.width, photo.height);
         for (size_t i = 0; i < angles.size(); ++i)
         {
@@ -121,12 +109,10 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
             else
                 EffectOperations::lightenCombine(merged, pass, 1.0f);
         }
-        SxImageRgbaBytes stack(photo.width, photo.height), tiled(photo.width, photo.height);
-        stackOf(stack);
-        {
-            TileLimit limit(256);
-            stackOf(tiled);
-        }
+        const TestImages::WholeAndTiled run(SxImageRgbaBytes(photo.width, photo.height), 256, [&](SxImageRgbaBytes& result) {
+            EffectOperations::renderStrokeStack(result, photo, tensors, 3.25f, lineLength, angles, 2.2f, 1.33f, lightRadius, 0.19f, 1.46f);
+        });
+        const auto& stack = run.whole;
         // The passes store the line blur and its blur in bytes before the sharpening scales their
         // rounding by 1 + amount; the stack sharpens first and stores the result in steps of
         // 1 + 2 amount levels with a dither, which the line blur averages (measured: 99th
@@ -136,7 +122,7 @@ TEST(StrokeStack, EqualsPassesMergedByLightenAndTilesDoNotShow)
         EXPECT_LE(fromPasses.back(), 12) << lightRadius;
         EXPECT_LE(GPUTestImages::meanDifference(merged, stack), 1.5) << lightRadius;
         // Tiles: every fetch has the weights it has in the whole picture.
-        EXPECT_EQ(TestImages::maxDifference(stack, tiled), 0) << lightRadius;
+        EXPECT_EQ(TestImages::maxDifference(stack, run.tiled), 0) << lightRadius;
         EXPECT_GT(TestImages::maxDifference(stack, photo), 30) << lightRadius;
     }
 }

@@ -41,6 +41,20 @@ struct TileLimit
     TileLimit& operator=(const TileLimit&) = delete;
 };
 
+/** One operation run on two copies of a start image, the second cut into tiles of at most
+    `limit` pixels: the pair that a tiling test compares. */
+struct WholeAndTiled
+{
+    template <typename Operation>
+    WholeAndTiled(const SxImageRgbaBytes& start, int limit, Operation&& operation) : whole(start), tiled(start)
+    {
+        operation(whole);
+        const TileLimit tiles(limit);
+        operation(tiled);
+    }
+    SxImageRgbaBytes whole, tiled;
+};
+
 /** Largest difference between two equally sized images, over all bytes. */
 inline int maxDifference(const SxImageRgbaBytes& a, const SxImageRgbaBytes& b)
 {
