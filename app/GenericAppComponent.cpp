@@ -775,6 +775,7 @@ bool GenericAppComponent::isInterestedInFileDrag(const juce::StringArray& files)
 
 void GenericAppComponent::filesDropped(const juce::StringArray& files, int, int)
 {
+    fileDragOver = false;
     if (files.isEmpty())
         return;
     const juce::File file(files[0]);
@@ -857,7 +858,7 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
     auto* alert = SxAlertComponent::findIn(*this);
     const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
     text << "state rendering=" << (rendering ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
-         << " original=" << (showingOriginal ? 1 : 0)
+         << " original=" << (showingOriginal ? 1 : 0) << " dragOver=" << (fileDragOver ? 1 : 0)
          << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
          << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
          << " alert=" << alertName

@@ -199,6 +199,8 @@ public:
 
     bool isInterestedInFileDrag(const juce::StringArray& files) override;
     void filesDropped(const juce::StringArray& files, int x, int y) override;
+    void fileDragEnter(const juce::StringArray&, int, int) override { fileDragOver = true; }
+    void fileDragExit(const juce::StringArray&) override { fileDragOver = false; }
 
     juce::PropertiesFile* getUserSettings() const { return applicationProperties.get(); }
     GenericAppDocument* getDocument() const { return document.get(); }
@@ -282,6 +284,8 @@ protected:
     bool started = false;
     bool rendering = false;
     bool showingOriginal = false;
+    // A file drag is over the window: the window tests wait for it before they let go.
+    bool fileDragOver = false;
     bool effectPanelOpen = true;
     bool restoringUndo = false;
     bool sourceHadAlpha = false;

@@ -66,8 +66,15 @@ for i in $(seq 1 20); do
   xdotool mousemove $(( sx + (tx - sx) * i / 20 )) $(( sy + (ty - sy) * i / 20 ))
   sleep 0.05
 done
-sleep 0.3
-xdotool mousemove $(( tx + 2 )) $(( ty + 1 )); sleep 0.3
+# Let go only once the window has seen the drag arrive: on a busy machine the drop protocol's
+# answers lag behind the pointer, and a release before the target has accepted cancels the drag.
+# Small moves keep position messages coming while it catches up.
+for i in $(seq 60); do
+  xdotool mousemove $(( tx + i % 3 )) $(( ty + 1 )); sleep 0.25
+  [ "$(state dragOver)" = 1 ] && break
+done
+[ "$(state dragOver)" = 1 ] || fail "the window never saw the drag arrive"
+sleep 0.5
 xdotool mouseup 1
 
 timeout 30 xdotool search --sync --onlyvisible --name "Tornvale Art - chelsea.png" >/dev/null \
