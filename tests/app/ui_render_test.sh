@@ -96,13 +96,15 @@ below "$mean_dev" 0.04 && fail "the rendered view is nearly flat"
 # 2. The original button shows the photo while held, and the render again on release.
 point_at originalButton
 xdotool mousedown 1
-sleep 0.6
+wait_state original 1 || fail "holding the original button did not switch to the photo"
+sleep 0.3
 shot "$work/held.png" keep
 xdotool mouseup 1
 value=$(rmse "$work/held.png" "$work/photo.png")
 say "held original against the photo: RMSE $value"
 below "$value" 0.03 || fail "holding the original button does not show the photo (RMSE $value)"
-sleep 0.6
+wait_state original 0 || fail "releasing the original button did not switch back"
+sleep 0.3
 shot "$work/released.png"
 value=$(rmse "$work/released.png" "$work/art1.png")
 below "$value" 0.005 || fail "releasing the original button does not bring the render back (RMSE $value)"
@@ -148,8 +150,7 @@ below "$value" 0.003 || fail "the picture after the drag is not the render of th
 
 # 4. Manual rendering: slider moves change no pixel until Render.
 click renderingModeCheckbox
-sleep 0.5
-[ "$(state manual)" = 1 ] || fail "the render mode checkbox did not switch to manual"
+wait_state manual 1 || fail "the render mode checkbox did not switch to manual"
 renders=$(state renders)
 line=$(where smoothingSlider); read -r _ sx sy sw sh <<<"$line"
 xdotool mousemove --sync $(( sx + 7 )) $(( sy + sh - 12 ))
@@ -166,16 +167,18 @@ value=$(rmse "$work/rendered.png" "$work/manual.png")
 say "Render button after a Smoothing change: RMSE $value"
 below "$value" 0.002 && fail "the Render button did not show the change"
 click renderingModeCheckbox
-sleep 0.3
+wait_state manual 0 || fail "the render mode checkbox did not switch back to automatic"
 
 # 5. Zoom in, zoom out, and back to fit.
 fit=$(state zoom)
-click zoomInButton; sleep 1.2
-zin=$(state zoom)
-click zoomOutButton; sleep 1.2; click zoomOutButton; sleep 1.2
-zout=$(state zoom)
-press ctrl+0; sleep 1.2
-zfit=$(state zoom)
+click zoomInButton
+zin=$(settled_state zoom "$fit")
+click zoomOutButton
+zmid=$(settled_state zoom "$zin")
+click zoomOutButton
+zout=$(settled_state zoom "$zmid")
+press ctrl+0
+zfit=$(settled_state zoom "$zout")
 say "zoom fit $fit, in $zin, out twice $zout, fit again $zfit"
 awk -v f="$fit" -v i="$zin" -v o="$zout" -v g="$zfit" 'BEGIN { exit !(i > f * 1.1 && o < i && o < f && (g - f) ^ 2 < 1e-6) }' \
   || fail "zoom did not go in, out and back to fit"

@@ -14,6 +14,24 @@ centre_of() { # name -> "x y"
 param() { awk -F'[ =]' -v k="$1" '$1 == "param" && $2 == k { print $3; exit }' "$work/map.txt"; }
 params() { grep '^param' "$work/map.txt" | sort; }
 state() { awk -v k="$1" '$1 == "state" { for (i = 2; i <= NF; i++) { split($i, p, "="); if (p[1] == k) print p[2] } }' "$work/map.txt"; }
+# The map is written twice a second, later still on a busy machine: a state that a click brings
+# is waited for, not expected after a fixed pause.
+wait_state() { # key value [seconds]
+  local i
+  for i in $(seq $(( ${3:-20} * 5 ))); do [ "$(state "$1")" = "$2" ] && return 0; sleep 0.2; done
+  return 1
+}
+# A state that animates (zoom) is read once it differs from what it was and holds still.
+settled_state() { # key old-value
+  local i now last=""
+  for i in $(seq 60); do
+    sleep 0.5
+    now=$(state "$1")
+    [ "$now" != "$2" ] && [ "$now" = "$last" ] && break
+    last=$now
+  done
+  echo "$now"
+}
 
 focus() { xdotool windowfocus --sync "$wid" 2>/dev/null || xdotool windowfocus "$wid"; sleep 0.2; }
 # A shortcut as a user types it: into the program's window, with the focus there. Without a
