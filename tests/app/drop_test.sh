@@ -78,7 +78,7 @@ sleep 0.5
 xdotool mouseup 1
 
 timeout 30 xdotool search --sync --onlyvisible --name "Tornvale Art - chelsea.png" >/dev/null \
-  || fail "the dropped photo did not open (window title: $(xdotool getwindowname "$wid"))"
+  || fail "the dropped photo did not open (window title: $(xdotool getwindowname "$wid"); dragOver $(state dragOver))"
 # The window takes its title from a picture only once it has decoded it; the new picture then
 # renders as the first one did.
 for _ in $(seq 240); do [ "$(state renders)" -gt "$renders" ] && [ "$(state rendering)" = 0 ] && break; sleep 0.5; done

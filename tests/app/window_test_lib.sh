@@ -2,6 +2,25 @@
 # and sending input the way a user does. The caller sets $work (its folder, where the program
 # writes map.txt) and, once the window is up, $wid; it defines fail.
 
+# Each window test gets an X server of its own. Tests of one run that share a screen see each
+# other's windows, pointer and focus: a window of another test that maps over the drop target,
+# or a button it left down, turns one test's click or drag into another's. Xvfb picks a free
+# display itself and names it once it accepts clients; the server ends with the test.
+if [ -z "${WINDOW_TEST_SHARED_X:-}" ] && command -v Xvfb >/dev/null; then
+  _xfile=$(mktemp)
+  Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp -noreset 3>"$_xfile" >/dev/null 2>&1 &
+  _xpid=$!
+  for _ in $(seq 100); do [ -s "$_xfile" ] && break; sleep 0.1; done
+  if [ -s "$_xfile" ]; then
+    export DISPLAY=":$(cat "$_xfile")"
+    _owner=$$
+    ( while kill -0 "$_owner" 2>/dev/null; do sleep 1; done; kill "$_xpid" 2>/dev/null ) >/dev/null 2>&1 &
+  else
+    kill "$_xpid" 2>/dev/null
+  fi
+  rm -f "$_xfile"
+fi
+
 rmse() { compare -metric RMSE "$1" "$2" null: 2>&1 | sed -n 's/.*(\(.*\)).*/\1/p'; }
 below() { awk -v a="$1" -v b="$2" 'BEGIN { exit !(a < b) }'; }
 
