@@ -4,6 +4,7 @@
 #include "app/AppFileChooser.h"
 #include "app/CommandLineRender.h"
 #include "app/EffectControlPanel.h"
+#include "app/HostSession.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
 #include "app/PresetNamePanel.h"
@@ -92,6 +93,7 @@ GenericAppComponent::~GenericAppComponent()
     stopTimer(topBarRepaintTimer);
     stopTimer(saveProjectTimer);
     stopTimer(defaultsSavedTimer);
+    stopTimer(handOverTimer);
     fileChooser.reset();
     setApplicationCommandManagerToWatch(nullptr);
     commandManager.setFirstCommandTarget(nullptr);
@@ -173,6 +175,10 @@ void GenericAppComponent::initializeApplication()
         commandManager.registerAllCommandsForTarget(app);
     commandManager.setFirstCommandTarget(this);
     setApplicationCommandManagerToWatch(&commandManager);
+
+    hostSession = std::make_unique<HostSession>(*this);
+    hostSession->findHandOverFiles();
+    hostSession->readHandOverHeader();
 }
 
 void GenericAppComponent::buildInterface()
@@ -181,6 +187,8 @@ void GenericAppComponent::buildInterface()
     addAndMakeVisible(*topBar);
     topBar->setComponentID("topBar");
     topBar->setBoundsString("0, 0, left+parent.width, top+33");
+    if (isHostKind(1))
+        topBar->showHostApplyButton(HostSession::applyTooltip(hostKind));
 
     effectControlComponent = std::make_unique<EffectControlPanel>(*this);
     effectControlComponent->setComponentID("effectControlComponent");
@@ -221,6 +229,9 @@ void GenericAppComponent::initializeComplete()
         juce::JUCEApplicationBase::quit();
         return;
     }
+
+    if (hostSession != nullptr && hostSession->hasPendingPicture())
+        startTimer(handOverTimer, 325);
 
     const auto mapPath = juce::SystemStats::getEnvironmentVariable("TORNVALE_COMPONENT_MAP", {});
     if (mapPath.isNotEmpty())
@@ -546,7 +557,8 @@ void GenericAppComponent::showRenderedImage(SxImageRgbaBytes* image)
 {
     if (image == nullptr)
         return;
-    displayImage = SxRef<SxImageRgbaBytes>::share(image);
+    displayImage = previewImage.get() != nullptr && hostSession != nullptr ? hostSession->throughSelection(*image, *previewImage)
+                                                 : SxRef<SxImageRgbaBytes>::share(image);
     ++renderCount;
     if (!showingOriginal)
         document->setImage(displayImage.get());
@@ -743,6 +755,9 @@ void GenericAppComponent::timerCallback(int timerID)
                       "Your current layers and effects have been saved as a default setting. The next time you open an "
                       "image these settings will be applied automatically");
             break;
+        case handOverTimer:
+            hostSession->readHandOverImage(hostSession->getPaths().image, false);
+            break;
         case componentMapTimer:
             writeComponentMap(componentMapFile);
             startTimer(componentMapTimer, 500);
@@ -892,6 +907,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
 bool GenericAppComponent::mayQuit()
 {
     quitRequested = true;
+    if (hostSession != nullptr && !hostSession->mayQuit())
+        return false;
     waitForRender();
     originalBeforeEditFile().deleteFile();
     return true;
@@ -950,6 +967,11 @@ void GenericAppComponent::saveImage()
 {
     if (!hasDocument() || jobRunning)
         return;
+    if (hostSession != nullptr && hostSession->isActive())
+    {
+        hostSession->applyToHost();
+        return;
+    }
     // The dialog starts at the source's own name and extension; a project's picture has no
     // file of its own, so it is offered as a PNG beside the project.
     auto start = currentFile;

@@ -23,6 +23,7 @@
 class GenericAppComponent;
 class MainTopBar;
 class EffectControlPanel;
+class HostSession;
 class RenderThread;
 class SxPanTool;
 class SxToolSwitcher;
@@ -256,7 +257,11 @@ public:
     std::vector<EffectGroup> effectGroups;
     int currentEffectGroup = 0;
 
+    HostSession* getHostSession() const { return hostSession.get(); }
+
 protected:
+    // Opens the host's picture as a document, as loadImageFile does for a file.
+    friend class HostSession;
     virtual bool loadImageFile(const juce::File& file, bool showDelay);
     /** Drops the shown document for a picture that was read whole from file (a photo or a
         project): the settings name the file and the new document counts as saved. */
@@ -278,6 +283,7 @@ protected:
         saveProjectTimer = 303,
         defaultsSavedTimer = 4001,
         componentMapTimer = 9100,
+        handOverTimer = 8300,
         topBarRepaintTimer = 9000
     };
 
@@ -298,6 +304,7 @@ protected:
     std::unique_ptr<MainTopBar> topBar;
     std::unique_ptr<EffectControlPanel> effectControlComponent;
     std::unique_ptr<SxToolSwitcher> toolSwitcher;
+    std::unique_ptr<HostSession> hostSession;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
     SxRef<SxImageRgbaBytes> displayImage;

@@ -4,6 +4,7 @@
 
 #include "app/CommandLine.h"
 #include "app/GenericAppComponent.h"
+#include "app/HostSession.h"
 #include "app/InitializeCompleteMessage.h"
 #include "app/OmbrikMainWindow.h"
 #include "app/SingleInstance.h"
@@ -36,6 +37,11 @@ juce::File GenericApplication::instanceFolder() const
 {
     return juce::File::getSpecialLocation(juce::File::userApplicationDataDirectory)
         .getChildFile(const_cast<GenericApplication*>(this)->getApplicationName());
+}
+
+bool GenericApplication::moreThanOneInstanceAllowed()
+{
+    return HostSession::startedByHandOverHost(getCommandLineParameters());
 }
 
 bool GenericApplication::initialiseApp()

@@ -22,7 +22,9 @@ public:
     /** The product's main component, made once by the main window. */
     virtual GenericAppComponent* createMainComponent() = 0;
 
-    bool moreThanOneInstanceAllowed() override { return false; }
+    /** One program per user, except for a run that a host started on its own picture: it must
+        not hand its empty command line to a running program and end. */
+    bool moreThanOneInstanceAllowed() override;
     bool initialiseApp() override;
     void initialise(const juce::String& commandLine) override;
     void shutdown() override;

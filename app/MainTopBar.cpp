@@ -125,6 +125,25 @@ void MainTopBar::updateButtons()
     randomizeButton->setEnabled(hasDocument);
     renderButton->setEnabled(hasDocument);
     savePhotoButton->setEnabled(hasDocument);
+    if (applyButton != nullptr)
+        applyButton->setEnabled(hasDocument);
+}
+
+void MainTopBar::showHostApplyButton(const juce::String& tooltip)
+{
+    getPhotoButton->setVisible(false);
+    savePhotoButton->setVisible(false);
+    // The labelled button takes the name, so the bounds that refer to the save button follow it.
+    savePhotoButton->setName("savePhotoIconButton");
+    savePhotoButton->setComponentID("savePhotoIconButton");
+    applyButton = std::make_unique<SxRoundRectangleButton>("savePhotoButton", "Apply to Photo");
+    applyButton->setComponentID("savePhotoButton");
+    applyButton->setTooltip(tooltip);
+    applyButton->addListener(this);
+    addAndMakeVisible(*applyButton);
+    SxComponent::place(*applyButton, "15, 5, left + 130, top + 24");
+    SxComponent::place(*renderingModeCheckbox, "savePhotoButton.right + 20, 4, left + 30, top + 24");
+    updateButtons();
 }
 
 void MainTopBar::setManualRedraw(bool manual)
@@ -148,7 +167,7 @@ void MainTopBar::buttonClicked(juce::Button* button)
     auto* document = component.getDocument();
     if (button == getPhotoButton.get())
         component.openImageDialog();
-    else if (button == savePhotoButton.get())
+    else if (button == savePhotoButton.get() || button == applyButton.get())
         component.saveImage();
     else if (button == renderingModeCheckbox.get())
         component.setManualRedraw(renderingModeCheckbox->getToggleState());

@@ -24,6 +24,9 @@ public:
     void updateButtons();
     /** Shows the Render button only when renders start by hand. */
     void setManualRedraw(bool manual);
+    /** In a host the picture goes back where it came from: the open button goes, and the save
+        button becomes the labelled "Apply to Photo". */
+    void showHostApplyButton(const juce::String& tooltip);
     /** Points the side panel's arrow the right way and moves it beside the panel. */
     void setPanelArrow(bool panelOpen);
 
@@ -41,7 +44,7 @@ private:
     std::unique_ptr<SxIconButton> getPhotoButton, savePhotoButton, undoButton, zoomInButton, zoomOutButton, redoButton,
         originalButton, infoButton, randomizeButton, panelArrowButton;
     std::unique_ptr<juce::ToggleButton> renderingModeCheckbox;
-    std::unique_ptr<SxRoundRectangleButton> renderButton;
+    std::unique_ptr<SxRoundRectangleButton> renderButton, applyButton;
     std::unique_ptr<SxPanTool> panTool;
     std::unique_ptr<juce::Component> topBarShadow;
     std::unique_ptr<juce::TooltipWindow> tooltipWindow;

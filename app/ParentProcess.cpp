@@ -27,6 +27,10 @@ int hostKindForName(const juce::String& name)
     // with "photo" in a folder name.
     if (baseName(name) == "Photo" || name.containsIgnoreCase("Affinity"))
         return hostEditorPhotos;
+    // Our own plug-ins (the one for the free editor, the test host) hand over through the files;
+    // they are known by their executable's name, whatever folder the editor keeps them in.
+    if (baseName(name).startsWith("tornvale-plugin"))
+        return hostOwnPlugin;
     return standAlone;
 }
 

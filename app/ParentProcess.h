@@ -7,14 +7,16 @@
 
 namespace ParentProcess
 {
-/** Host kinds: 0 stand-alone, 2, 4, 9 and 10 for the editors that start the program. */
+/** Host kinds: 0 stand-alone, 2, 4, 9 and 10 for the editors that start the program, 11 for a
+    plug-in of our own (an executable whose name begins with "tornvale-plugin"). */
 enum HostKind
 {
     standAlone = 0,
     hostEditorPs = 2,
     hostEditorLr = 4,
     hostEditorPsp = 9,
-    hostEditorPhotos = 10
+    hostEditorPhotos = 10,
+    hostOwnPlugin = 11
 };
 
 /** The part of a path between the last separator ('/' or '\') and the last '.', or everything

@@ -31,6 +31,8 @@ TEST(ParentProcess, HostsAreMatchedInOrderIgnoringCaseAndOthersAreStandAlone)
         { "/home/photo/bin/zsh", standAlone },
         { "/usr/bin/PhotoViewer", standAlone },
         { "/usr/bin/photo", standAlone },
+        { "/home/u/.config/GIMP/2.10/plug-ins/tornvale-plugin-gimp/tornvale-plugin-gimp", hostOwnPlugin },
+        { "/usr/bin/tornvale-render", standAlone },
     };
     for (const auto& [path, kind] : rows)
         EXPECT_EQ(hostKindForName(path), kind) << path;
