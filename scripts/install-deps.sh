@@ -11,6 +11,7 @@ packages=(
   libtiff-dev libjpeg62-turbo-dev libpng-dev liblodepng-dev liblcms2-dev zlib1g-dev libsqlite3-dev
   libgtest-dev googletest
   xvfb xauth xdotool x11-utils imagemagick libtiff-tools
+  gimp libgimp2.0-dev
 )
 
 missing=()
