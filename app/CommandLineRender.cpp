@@ -22,8 +22,6 @@ juce::Result run(const juce::File& input, const juce::String& output, juce::File
     return juce::Result::ok();
 }
 
-namespace
-{
 juce::String joinArguments(int argc, const char* const* argv)
 {
     juce::StringArray arguments;
@@ -31,7 +29,6 @@ juce::String joinArguments(int argc, const char* const* argv)
         arguments.add(juce::String::fromUTF8(argv[i]));
     return arguments.joinIntoString(" ");
 }
-} // namespace
 
 bool wantsHeadlessRun(int argc, const char* const* argv)
 {

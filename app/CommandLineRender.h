@@ -16,6 +16,9 @@ juce::Result run(const juce::File& input, const juce::String& output, juce::File
 /** True when the arguments ask for a render and there is no display to show a window on. */
 bool wantsHeadlessRun(int argc, const char* const* argv);
 
+/** The arguments after the program's name as one text, as the application receives them. */
+juce::String joinArguments(int argc, const char* const* argv);
+
 /** Parses the arguments as the application would and runs the job; returns the exit status. */
 int runHeadless(int argc, const char* const* argv);
 } // namespace CommandLineRender

@@ -1,5 +1,6 @@
 #include "app/HostScriptedRun.h"
 
+#include "app/CommandLineRender.h"
 #include "app/HostSession.h"
 #include "document/LayerManager.h"
 #include "document/StaticImageLayer.h"
@@ -14,14 +15,6 @@ namespace HostScriptedRun
 {
 namespace
 {
-juce::String joinArguments(int argc, const char* const* argv)
-{
-    juce::StringArray arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.add(juce::String::fromUTF8(argv[i]));
-    return arguments.joinIntoString(" ");
-}
-
 HandOverFiles::Paths paths()
 {
     return HandOverFiles::pathsIn(juce::File::getSpecialLocation(juce::File::userHomeDirectory));
@@ -36,7 +29,7 @@ int fail(const juce::String& why)
 
 bool wanted(int argc, const char* const* argv)
 {
-    if (!HostSession::startedByHandOverHost(joinArguments(argc, argv)))
+    if (!HostSession::startedByHandOverHost(CommandLineRender::joinArguments(argc, argv)))
         return false;
     const char* display = std::getenv("DISPLAY");
     return display == nullptr || *display == 0 || paths().action.existsAsFile();

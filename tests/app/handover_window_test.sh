@@ -19,7 +19,10 @@ mkdir -p "$HOME"
 export TORNVALE_COMPONENT_MAP=$work/map.txt
 hostpid=""
 cleanup() {
-  if [ -n "$hostpid" ] && kill -0 "$hostpid" 2>/dev/null; then pkill -P "$hostpid"; kill "$hostpid"; fi
+  if [ -n "$hostpid" ] && kill -0 "$hostpid" 2>/dev/null; then
+    for child in $(pgrep -P "$hostpid"); do kill "$child"; done
+    kill "$hostpid"
+  fi
   release_input
   rm -rf "$work"
 }
@@ -37,14 +40,10 @@ start() { # testhost arguments...
   rm -f "$work/map.txt"
   "$host" "$app" "$@" >"$work/host.txt" 2>&1 &
   hostpid=$!
-  for _ in $(seq 1 200); do
-    [ -f "$work/map.txt" ] && [ "$(state image)" = "120x80" ] && [ "$(state rendering)" = "0" ] && [ "$(state renders)" != "0" ] && break
-    sleep 0.3
-  done
-  [ "$(state image)" = "120x80" ] || fail "the window did not open on the host's picture"
+  wait_for_picture 120x80 || fail "the window did not open on the host's picture"
   wid=$(timeout 30 xdotool search --sync --onlyvisible --pid "$(pgrep -P "$hostpid" | head -1)" | head -1)
   [ -n "$wid" ] || fail "no window"
-  where savePhotoButton >/dev/null && [ -n "$(where savePhotoButton)" ] || fail "no Apply to Photo button"
+  [ -n "$(where savePhotoButton)" ] || fail "no Apply to Photo button"
   [ -z "$(where getPhotoButton)" ] || fail "the open button shows in a host"
   grep -q '^command 8193 1 0 Apply_to_Photo...$' "$work/map.txt" || fail "the menu does not say Apply to Photo..."
 }
@@ -62,8 +61,7 @@ finish "Ctrl+S applied a 16-bit picture with a selection"
 start 3 0 --quit
 # Quit, as the menu and the window's close button ask for it, asks first.
 press ctrl+q
-for _ in $(seq 1 50); do [ "$(state alert)" = "pluginQuitAlert" ] && break; sleep 0.3; done
-[ "$(state alert)" = "pluginQuitAlert" ] || fail "closing did not ask Quit or Apply"
+wait_state alert pluginQuitAlert 15 || fail "Ctrl+Q did not ask Quit or Apply"
 click pluginQuitAlertQuitButton
 finish "Quit left the host's picture as it was"
 

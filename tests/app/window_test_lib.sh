@@ -51,6 +51,15 @@ settled_state() { # key old-value
   done
   echo "$now"
 }
+# Waits (up to a minute) until the window shows a picture of that size, rendered at least once and
+# not rendering now; true when it does.
+wait_for_picture() { # WxH
+  for _ in $(seq 1 200); do
+    [ -f "$work/map.txt" ] && [ "$(state image)" = "$1" ] && [ "$(state rendering)" = "0" ] && [ "$(state renders)" != "0" ] && return 0
+    sleep 0.3
+  done
+  return 1
+}
 
 focus() { xdotool windowfocus --sync "$wid" 2>/dev/null || xdotool windowfocus "$wid"; sleep 0.2; }
 # A shortcut as a user types it: into the program's window, with the focus there. Without a

@@ -97,11 +97,7 @@ if [ -n "${DISPLAY:-}" ] && command -v xdotool >/dev/null; then
   timeout 120 gimp -i -d -f -b "(begin $batch (tornvale \"$work/rgb8.png\" \"$work/window-out.png\" RUN-INTERACTIVE \"\"))" \
     -b "(gimp-quit 0)" >"$work/gimp.log" 2>&1 &
   gimppid=$!
-  for _ in $(seq 1 300); do
-    [ -f "$work/map.txt" ] && [ "$(state image)" = "240x160" ] && [ "$(state rendering)" = "0" ] && [ "$(state renders)" != "0" ] && break
-    sleep 0.3
-  done
-  [ "$(state image)" = "240x160" ] || fail "the window did not open on GIMP's layer"
+  wait_for_picture 240x160 || fail "the window did not open on GIMP's layer"
   wid=$(xdotool search --onlyvisible --name "Tornvale Art" | head -1)
   [ -n "$wid" ] || fail "no window"
   press ctrl+s
