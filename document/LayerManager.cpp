@@ -183,6 +183,16 @@ void LayerManager::setNextRenderRegion(const LayerRenderRegion& region)
     pendingRegion = new LayerRenderRegion(region);
 }
 
+SxImageRgbaBytes* LayerManager::recompose(const LayerRect& region)
+{
+    if (layers.empty() || highQuality)
+        return nullptr;
+    for (size_t i = 0; i < layers.size(); ++i)
+        if (layers[i]->getNeedsRender() || (i > 0 && layers[i]->getOutputImage() == nullptr))
+            return nullptr;
+    return render(&region, false, false);
+}
+
 SxImageRgbaBytes* LayerManager::render(const LayerRect* region, bool fastPath, bool copyResult)
 {
     if (layers.empty())

@@ -50,6 +50,10 @@ public:
         stack (the source picture or a layer's output); with it the caller owns one reference to
         a new copy. */
     virtual SxImageRgbaBytes* render(const LayerRect* region, bool fastPath, bool copyResult);
+    /** Refreshes region of the last preview from what the layers keep, with no filter run: a
+        brush dab only recomposes its rectangle. Null, doing nothing, while a layer waits for a
+        render (that render will show the region anyway) or the stack is set for full size. */
+    SxImageRgbaBytes* recompose(const LayerRect& region);
 
     Layer* getEffectLayer() const { return layers.size() > 1 ? layers[1] : nullptr; }
     int getNumLayers() const { return (int) layers.size(); }

@@ -9,6 +9,7 @@
 #include <vector>
 
 SxImageAlphaByte* TornvaleEffect::brushMask = nullptr;
+SxImageAlphaByte* TornvaleEffect::paintedMask = nullptr;
 
 namespace
 {
@@ -190,7 +191,31 @@ void TornvaleEffect::createEffectMask(const SxImageRgbaBytes& image)
 
 void TornvaleEffect::resizeEffectMask(const SxImageRgbaBytes& image)
 {
-    if (brushMask != nullptr && (brushMask->width != image.width || brushMask->height != image.height))
+    if (brushMask == nullptr || (brushMask->width == image.width && brushMask->height == image.height))
+        return;
+    if (paintedMask != nullptr && paintedMask->width == image.width && paintedMask->height == image.height)
+    {
+        brushMask->assign(*paintedMask);
+    }
+    else
+    {
+        // Only an enlargement comes back: the full-size render is the one that asks for it.
+        const bool enlarging = image.width > brushMask->width || image.height > brushMask->height;
+        if (paintedMask != nullptr)
+            paintedMask->release();
+        paintedMask = enlarging ? brushMask->clone() : nullptr;
+        brushMask->resample(image.width, image.height);
+        return;
+    }
+    paintedMask->release();
+    paintedMask = nullptr;
+}
+
+void TornvaleEffect::loadEffectMask(const SxImageAlphaByte& painted, const SxImageRgbaBytes& image)
+{
+    deleteBrushMask();
+    brushMask = painted.clone();
+    if (brushMask->width != image.width || brushMask->height != image.height)
         brushMask->resample(image.width, image.height);
 }
 
@@ -198,7 +223,9 @@ void TornvaleEffect::deleteBrushMask()
 {
     if (brushMask != nullptr)
         brushMask->release();
-    brushMask = nullptr;
+    if (paintedMask != nullptr)
+        paintedMask->release();
+    brushMask = paintedMask = nullptr;
 }
 
 //==============================================================================

@@ -46,8 +46,12 @@ public:
 
     /** A new, empty (all effect) mask of the image's size; drops the cached results. */
     static void createEffectMask(const SxImageRgbaBytes& image);
-    /** Resamples the existing mask to the image's size, keeping what was painted. */
+    /** Resamples the existing mask to the image's size, keeping what was painted: enlarged
+        smoothly for a full-size render, and back at the size it was painted at exactly as it
+        was painted (not resampled twice). */
     static void resizeEffectMask(const SxImageRgbaBytes& image);
+    /** A mask painted elsewhere (any size), enlarged or reduced to the image like the brush mask. */
+    static void loadEffectMask(const SxImageAlphaByte& painted, const SxImageRgbaBytes& image);
     static SxImageAlphaByte* getBrushMask() { return brushMask; }
     static void deleteBrushMask();
 
@@ -79,6 +83,8 @@ private:
     SxImageRgbaBytes* effectResult = nullptr;
     SxImageRgbaBytes* adjustedOriginal = nullptr;
     static SxImageAlphaByte* brushMask;
+    /** The mask as painted, kept while brushMask is enlarged for a full-size render. */
+    static SxImageAlphaByte* paintedMask;
 };
 
 /** Puts the effect's prototype into the layer factory, once. */

@@ -27,6 +27,20 @@ SxImageAlphaByte* SxImageAlphaByte::clone() const
     return new SxImageAlphaByte(*this);
 }
 
+void SxImageAlphaByte::assign(const SxImageAlphaByte& other)
+{
+    if (&other == this)
+        return;
+    if (other.byteCount() != byteCount())
+    {
+        delete[] pixels;
+        pixels = new uint8_t[std::max<size_t>(other.byteCount(), 1)];
+    }
+    width = other.width;
+    height = other.height;
+    std::memcpy(pixels, other.pixels, byteCount());
+}
+
 void SxImageAlphaByte::fill(uint8_t value)
 {
     std::memset(pixels, value, byteCount());
