@@ -1,5 +1,6 @@
 #include "app/EffectControlPanel.h"
 
+#include "app/BrushControlPanel.h"
 #include "app/GenericAppComponent.h"
 #include "effect/TornvaleEffect.h"
 #include "ui/SxIconButton.h"
@@ -9,6 +10,7 @@ namespace
 {
 constexpr int sliderRowHeight = 44;
 constexpr int segmentRowHeight = 53;
+constexpr int brushPanelHeight = 164;
 } // namespace
 
 EffectControlPanel::EffectControlPanel(GenericAppComponent& owner) : SxComponent("effectControlComponent"), component(owner)
@@ -29,13 +31,14 @@ EffectControlPanel::EffectControlPanel(GenericAppComponent& owner) : SxComponent
 
     column = std::make_unique<SxLayoutComponent>("effectControlColumn");
     addAndMakeVisible(*column);
-    column->setBoundsString("0, 34, left + parent.width, top + parent.height - 34");
+    column->setBoundsString("0, 34, left + parent.width, top + parent.height - 34 - " + juce::String(brushPanelHeight));
     column->createColumn(4, 6);
     setEffect(nullptr);
 }
 
 EffectControlPanel::~EffectControlPanel()
 {
+    brushPanel.reset();
     column.reset();
     controls.clear();
 }
@@ -49,8 +52,16 @@ void EffectControlPanel::setEffect(Layer* layer)
     controls.clear();
     lightenSlider = brightenLightSlider = nullptr;
     randomizeEffectButton->setEnabled(effect != nullptr);
+    // The brushes come and go with the effect's controls; their settings stay.
+    brushPanel.reset();
     if (effect != nullptr)
+    {
         buildControls();
+        brushPanel = std::make_unique<BrushControlPanel>(component);
+        addAndMakeVisible(*brushPanel);
+        brushPanel->setBoundsString("0, parent.height - " + juce::String(brushPanelHeight) + ", left + parent.width, top + "
+                                    + juce::String(brushPanelHeight));
+    }
     column->relayout();
     updateControls();
 }
@@ -147,6 +158,11 @@ void EffectControlPanel::buttonClicked(juce::Button* button)
 {
     if (button == randomizeEffectButton.get())
         component.randomizeEffect();
+}
+
+bool EffectControlPanel::handleKey(const juce::KeyPress& key)
+{
+    return brushPanel != nullptr && brushPanel->handleKey(key);
 }
 
 juce::Component* EffectControlPanel::findControl(const juce::String& name) const

@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+class BrushControlPanel;
 class GenericAppComponent;
 class Layer;
 class SxLabelSlider;
@@ -39,6 +40,10 @@ public:
 
     void paint(juce::Graphics& g) override;
 
+    /** The brush keys, while an effect is shown; true when taken. */
+    bool handleKey(const juce::KeyPress& key);
+    BrushControlPanel* getBrushPanel() const { return brushPanel.get(); }
+
     /** The slider or segment of that component name, for tests and scripts. */
     juce::Component* findControl(const juce::String& name) const;
 
@@ -56,4 +61,5 @@ private:
     std::vector<std::unique_ptr<juce::Component>> controls;
     SxLabelSlider* lightenSlider = nullptr;
     SxLabelSlider* brightenLightSlider = nullptr;
+    std::unique_ptr<BrushControlPanel> brushPanel;
 };

@@ -3,6 +3,7 @@
 #include "app/AppCommands.h"
 #include "app/AppFileChooser.h"
 #include "app/CommandLineRender.h"
+#include "app/DocumentKeyRoute.h"
 #include "app/EffectControlPanel.h"
 #include "app/HostSession.h"
 #include "app/MainTopBar.h"
@@ -10,6 +11,7 @@
 #include "app/PresetNamePanel.h"
 #include "app/RenderThread.h"
 #include "app/ThreadedActivityWindow.h"
+#include "brush/SxBrushSettings.h"
 #include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
 #include "imaging/ImageFileReader.h"
@@ -102,6 +104,7 @@ GenericAppComponent::~GenericAppComponent()
     if (document != nullptr)
         document->setImage(nullptr);
     // The panel points into the effect and the top bar owns the pan tool the document may hold.
+    keyRoute.reset();
     effectControlComponent.reset();
     topBar.reset();
     toolSwitcher.reset();
@@ -195,6 +198,10 @@ void GenericAppComponent::buildInterface()
     addAndMakeVisible(*effectControlComponent);
     effectPanelOpen = applicationProperties->getBoolValue("effectControlComponentOpened", true);
     setEffectPanelOpen(effectPanelOpen, false);
+
+    keyRoute = std::make_unique<DocumentKeyRoute>(
+        *this, [this] { return getCurrentTool(); }, topBar->getPanTool(),
+        [this](const juce::KeyPress& key) { return effectControlComponent != nullptr && effectControlComponent->handleKey(key); });
 
     setManualRedraw(isManualRedraw());
     startTimer(topBarRepaintTimer, 600);
@@ -683,6 +690,23 @@ void GenericAppComponent::setCurrentTool(SxTool* tool)
         toolSwitcher->setCurrentTool(tool);
 }
 
+void GenericAppComponent::repaintImageRect(const LayerRect& rect)
+{
+    // A render under way or due will show the painting: the layers' kept images are not ready.
+    if (!hasDocument() || jobRunning || currentRenderThread != nullptr || layerManager == nullptr)
+        return;
+    auto* shown = layerManager->recompose(rect);
+    if (shown == nullptr || showingOriginal)
+        return;
+    if (shown != displayImage.get())
+    {
+        displayImage = SxRef<SxImageRgbaBytes>::share(shown);
+        document->setImage(shown);
+        return;
+    }
+    document->imageChanged(rect.meansWholePicture() ? shown->bounds() : rect.pixelsIn(*shown));
+}
+
 SxTool* GenericAppComponent::getCurrentTool() const
 {
     return toolSwitcher != nullptr ? toolSwitcher->getCurrentTool() : nullptr;
@@ -824,8 +848,19 @@ bool GenericAppComponent::keyPressed(const juce::KeyPress& key)
             return true;
         }
     }
-    // The tools of this program take no keys of their own.
+    return keyRoute != nullptr && keyRoute->keyPressed(key);
+}
+
+bool GenericAppComponent::keyStateChanged(bool)
+{
+    if (keyRoute != nullptr)
+        keyRoute->keyStateChanged();
     return false;
+}
+
+bool GenericAppComponent::keyStateChanged(bool isKeyDown, juce::Component*)
+{
+    return keyStateChanged(isKeyDown);
 }
 
 void GenericAppComponent::resized()
@@ -874,6 +909,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
     const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
     text << "state rendering=" << (rendering ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
          << " original=" << (showingOriginal ? 1 : 0) << " dragOver=" << (fileDragOver ? 1 : 0)
+         << " brush=" << SxBrushSettings::brushSize
+         << " tool=" << (getCurrentTool() != nullptr ? getCurrentTool()->getName() : juce::String("none"))
          << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
          << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
          << " alert=" << alertName

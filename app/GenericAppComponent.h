@@ -20,6 +20,7 @@
 #include <memory>
 #include <vector>
 
+class DocumentKeyRoute;
 class GenericAppComponent;
 class MainTopBar;
 class EffectControlPanel;
@@ -180,6 +181,9 @@ public:
 
     // Tools.
     void setCurrentTool(SxTool* tool) override;
+    /** A brush changed the mask inside rect: the layers recompose that rectangle from what they
+        keep and the view shows it, with no render. */
+    void repaintImageRect(const LayerRect& rect) override;
     SxTool* getCurrentTool() const;
 
     /** "manualRedraw": renders start only from the Render button. */
@@ -231,6 +235,9 @@ public:
     /** The window hands on every key that no component took, wherever the focus is (or when
         nothing has it yet), so the shortcuts work from any control. */
     bool keyPressed(const juce::KeyPress& key, juce::Component* origin) override;
+    /** A released space bar hands the view back from the pan tool to the tool that lent it. */
+    bool keyStateChanged(bool isKeyDown) override;
+    bool keyStateChanged(bool isKeyDown, juce::Component* origin) override;
     void resized() override;
 
     // Command-line state, filled by the application before initializeComplete.
@@ -305,6 +312,7 @@ protected:
     std::unique_ptr<EffectControlPanel> effectControlComponent;
     std::unique_ptr<SxToolSwitcher> toolSwitcher;
     std::unique_ptr<HostSession> hostSession;
+    std::unique_ptr<DocumentKeyRoute> keyRoute;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
     SxRef<SxImageRgbaBytes> displayImage;

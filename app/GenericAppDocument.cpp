@@ -54,6 +54,17 @@ void GenericAppDocument::setImage(SxImageRgbaBytes* newImage)
     updateZoomButtons();
 }
 
+void GenericAppDocument::imageChanged(juce::Rectangle<int> area)
+{
+    if (!hasImage() || !drawable.isValid())
+        return;
+    area = area.getIntersection(image->bounds());
+    if (area.isEmpty())
+        return;
+    SxImageConversion::convertArea(*image, drawable, area);
+    repaintImageRegion(area.getX(), area.getY(), area.getRight() - 1, area.getBottom() - 1);
+}
+
 //==============================================================================
 void GenericAppDocument::fitToWindow(bool animate)
 {

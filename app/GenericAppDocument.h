@@ -59,6 +59,9 @@ public:
         has another size; otherwise the view stays where it is, as a render result expects. */
     void setImage(SxImageRgbaBytes* newImage);
     SxImageRgbaBytes* getImage() const { return image; }
+    /** The shown image changed inside area (image pixels): only that part is converted for
+        drawing and repainted. */
+    void imageChanged(juce::Rectangle<int> area);
 
     //==============================================================================
     /** Fits the image into 95% of the view and centres it; animated, it eases there in steps. */

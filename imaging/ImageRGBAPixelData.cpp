@@ -6,21 +6,27 @@ juce::Image toJuceImage(const SxImageRgbaBytes& image)
 {
     juce::Image result(juce::Image::ARGB, std::max(1, image.width), std::max(1, image.height), true,
                        juce::SoftwareImageType());
-    if (image.width <= 0 || image.height <= 0)
-        return result;
+    convertArea(image, result, image.bounds());
+    return result;
+}
 
-    juce::Image::BitmapData data(result, juce::Image::BitmapData::writeOnly);
-    for (int y = 0; y < image.height; ++y)
+void convertArea(const SxImageRgbaBytes& image, juce::Image& drawable, juce::Rectangle<int> area)
+{
+    area = area.getIntersection(image.bounds()).getIntersection(drawable.getBounds());
+    if (area.isEmpty() || drawable.getFormat() != juce::Image::ARGB)
+        return;
+    juce::Image::BitmapData data(drawable, area.getX(), area.getY(), area.getWidth(), area.getHeight(),
+                                 juce::Image::BitmapData::writeOnly);
+    for (int y = 0; y < area.getHeight(); ++y)
     {
-        const uint8_t* s = image.pixelAt(0, y);
-        for (int x = 0; x < image.width; ++x, s += 4)
+        const uint8_t* s = image.pixelAt(area.getX(), area.getY() + y);
+        for (int x = 0; x < area.getWidth(); ++x, s += 4)
         {
             juce::PixelARGB p(s[0], s[1], s[2], s[3]);
             p.premultiply();
             *reinterpret_cast<juce::PixelARGB*>(data.getPixelPointer(x, y)) = p;
         }
     }
-    return result;
 }
 
 SxImageRgbaBytes* fromJuceImage(const juce::Image& source)

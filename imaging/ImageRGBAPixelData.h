@@ -45,6 +45,10 @@ namespace SxImageConversion
 /** A drawable juce::Image (ARGB, premultiplied) with the image's colours and alpha. */
 juce::Image toJuceImage(const SxImageRgbaBytes& image);
 
+/** Converts only area of image into drawable (an image of toJuceImage of the same size), so a
+    small change on a large picture costs only its rectangle. */
+void convertArea(const SxImageRgbaBytes& image, juce::Image& drawable, juce::Rectangle<int> area);
+
 /** A new image from any juce::Image; alpha is un-premultiplied. Returns null for an invalid image. */
 SxImageRgbaBytes* fromJuceImage(const juce::Image& image);
 } // namespace SxImageConversion

@@ -6,6 +6,7 @@
 // a vector icon (setIconPath) in the same three states instead, so that the program needs no
 // image files for its tool buttons.
 
+#include "document/LayerRenderParameters.h"
 #include "ui/SxComponent.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -30,6 +31,9 @@ public:
     virtual ~SxToolOwner() = default;
     virtual void setCurrentTool(SxTool*) = 0;
     virtual bool gesturesInForce() { return false; }
+    /** A tool changed what the picture shows inside rect (image pixels; the empty or all-zero
+        rectangle means all of it): show it again without a render of the effect. */
+    virtual void repaintImageRect(const LayerRect& /*rect*/) {}
 };
 
 class SxTool : public juce::ImageButton, public juce::Button::Listener
@@ -68,6 +72,10 @@ public:
     /** Stores the state, tells both callbacks, shows the button lit (the down image in every
         state) or plain, and when switched off lets go of the document. */
     virtual void setToolOn(bool on);
+
+    /** A key that no command took, offered to the current tool first; true when taken. (Not
+        the button's own keyPressed, which would click it.) */
+    virtual bool handleToolKey(const juce::KeyPress&) { return false; }
 
     /** Tells every SxUpdateComponent in the tool's panel to re-read its value. */
     virtual void updatePanel();

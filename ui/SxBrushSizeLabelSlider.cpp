@@ -1,0 +1,28 @@
+#include "ui/SxBrushSizeLabelSlider.h"
+
+SxBrushSizeLabelSlider::SxBrushSizeLabelSlider(const juce::String& componentName, const juce::String& labelText, float* field,
+                                               SxControlChangedCallback* callback, float minimum, float maximum)
+    : SxLabelSlider(componentName, labelText, field, callback)
+{
+    slider.setRange(minimum, maximum, 1.0);
+    slider.setTextValueSuffix({});
+    update();
+}
+
+void SxBrushSizeLabelSlider::valueShown()
+{
+    SxLabelSlider::valueShown();
+    repaint();
+}
+
+void SxBrushSizeLabelSlider::paintOverChildren(juce::Graphics& g)
+{
+    // Between the name and the number: the largest size fills a 12-pixel disc.
+    const auto& name = const_cast<SxBrushSizeLabelSlider*>(this)->getLabel();
+    const float share = (float) ((slider.getValue() - slider.getMinimum()) / juce::jmax(1.0, slider.getMaximum() - slider.getMinimum()));
+    const float d = 3.0f + 9.0f * share;
+    const float cx = (float) name.getX() + (float) name.getFont().getStringWidth(name.getText()) + 18.0f;
+    const float cy = (float) name.getBounds().getCentreY();
+    g.setColour(juce::Colour(0xfffafafa).withAlpha(0.8f));
+    g.fillEllipse(cx - d * 0.5f, cy - d * 0.5f, d, d);
+}
