@@ -11,6 +11,7 @@ namespace
 juce::Label* makeLabel(SxComponent& parent, const juce::String& name, const juce::String& text, const juce::String& bounds)
 {
     auto* label = new juce::Label(name, text);
+    label->setComponentID(name); // siblings are placed by it
     label->setFont(juce::Font(12.0f));
     label->setColour(juce::Label::textColourId, juce::Colour(0xfffafafa));
     parent.addAndMakeVisible(label);
@@ -88,6 +89,7 @@ void BrushControlPanel::buildTab(SxBrushTool& tool, int number, float* opacity)
     makeLabel(tab, "brushOpacityLabel" + n, "Opacity:", "8, 44, left + 60, top + 23");
     auto* opacitySlider = new SxSlider(number == 1 ? "manualBrushOpacitySliderPaintOn" : "manualBrushOpacitySliderPaintOff",
                                        opacity, this);
+    opacitySlider->setComponentID(opacitySlider->getName());
     opacitySlider->setTooltip("Changes the opacity of the brush. Make this value small to make small adjustments to your image.");
     tab.addAndMakeVisible(opacitySlider);
     SxComponent::place(*opacitySlider, "brushOpacityLabel" + n + ".right + 0, 46, left + parent.width - 76, top + 21");
@@ -108,6 +110,7 @@ void BrushControlPanel::buildTab(SxBrushTool& tool, int number, float* opacity)
     for (const auto& b : buttons)
     {
         auto* button = new SxRoundRectangleButton(b.name + n, b.text);
+        button->setComponentID(button->getName());
         button->setTooltip(b.tooltip);
         button->addListener(this);
         tab.addAndMakeVisible(button);

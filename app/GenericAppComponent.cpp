@@ -12,6 +12,7 @@
 #include "app/RenderThread.h"
 #include "app/ThreadedActivityWindow.h"
 #include "brush/SxBrushSettings.h"
+#include "effect/TornvaleEffect.h"
 #include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
 #include "imaging/ImageFileReader.h"
@@ -24,6 +25,7 @@
 #include "ui/SxAlertComponent.h"
 #include "ui/SxComponent.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -911,6 +913,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
          << " original=" << (showingOriginal ? 1 : 0) << " dragOver=" << (fileDragOver ? 1 : 0)
          << " brush=" << SxBrushSettings::brushSize
          << " tool=" << (getCurrentTool() != nullptr ? getCurrentTool()->getName() : juce::String("none"))
+         << " maskedPixels=" << [] { auto* m = TornvaleEffect::getBrushMask();
+                                     return m == nullptr ? 0 : (int) std::count_if(m->pixels, m->pixels + m->byteCount(), [](uint8_t b) { return b != 0; }); }()
          << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
          << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
          << " alert=" << alertName

@@ -1,7 +1,7 @@
 // tornvale-bench: times each filter on a 1500 × 1000 photo and prints milliseconds and texel
 // fetches per second, with the GL renderer. Not a test: numbers vary with the machine.
 //
-// Usage: tornvale-bench [photo] [repeats]   (default samples/coffee.png, 5 repeats; the fastest
+// Usage: tornvale-bench [--whole | --brush] [photo] [repeats]   (default samples/coffee.png, 5 repeats; the fastest
 // run counts, since other work on the machine only ever slows a run down)
 //
 // How fetches are counted: one texture2D call in a fragment program is one fetch, whether
@@ -12,6 +12,7 @@
 // GL to finish and reads back; the "net" columns subtract the same run of a pass-through copy
 // (one fetch), which is what upload and readback cost.
 
+#include "cli/bench/BrushBench.h"
 #include "cli/bench/WholeRenderBench.h"
 #include "gpu/FilterChain.h"
 #include "gpu/GLHeaders.h"
@@ -175,12 +176,14 @@ int main(int argc, char** argv)
     }
     if (argc == 4 && std::string(argv[1]) == "--compare")
         return WholeRenderBench::compareFiles(argv[2], argv[3]);
-    // "--whole" times whole renders (preview and 6000 x 4000) instead of single filters.
-    bool whole = false;
+    // "--whole" times whole renders (preview and 6000 x 4000) instead of single filters, and
+    // "--brush" the way of a brush dab to the view.
+    bool whole = false, brush = false;
     for (int i = 1; i < argc; ++i)
-        if (std::string(argv[i]) == "--whole")
+        if (std::string(argv[i]) == "--whole" || std::string(argv[i]) == "--brush")
         {
-            whole = true;
+            whole = std::string(argv[i]) == "--whole";
+            brush = !whole;
             for (int j = i; j + 1 < argc; ++j)
                 argv[j] = argv[j + 1];
             --argc;
@@ -202,6 +205,11 @@ int main(int argc, char** argv)
     {
         std::printf("renderer: %s\n\n", GPUImageOpenGLESContext::sharedImageProcessingContext().getRendererString().toRawUTF8());
         return WholeRenderBench::run(photo);
+    }
+    if (brush)
+    {
+        std::printf("renderer: %s\n\n", GPUImageOpenGLESContext::sharedImageProcessingContext().getRendererString().toRawUTF8());
+        return BrushBench::run(photo);
     }
     photo.resize(1500, 1000, 1);
 

@@ -118,6 +118,28 @@ bool RenderJob::loadPreset(SxPropertySet& settings, juce::String& reason) const
     return true;
 }
 
+bool RenderJob::loadMask(juce::String& reason)
+{
+    if (options.mask.isEmpty())
+        return true;
+    const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(options.mask);
+    auto decoded = ImageFileReader::read(file);
+    if (!decoded.ok())
+    {
+        reason = file.getFullPathName() + ": cannot read the mask: " + decoded.error;
+        return false;
+    }
+    const auto& picture = *decoded.image;
+    mask = SxRef<SxImageAlphaByte>::adopt(new SxImageAlphaByte(picture.width, picture.height));
+    // A grey file has equal channels; a coloured one counts by its brightness.
+    for (size_t i = 0; i < mask->byteCount(); ++i)
+    {
+        const uint8_t* p = picture.pixels + i * 4;
+        mask->pixels[i] = (uint8_t) ((p[1] * 77 + p[2] * 150 + p[3] * 29 + 128) >> 8);
+    }
+    return true;
+}
+
 void RenderJob::configure(TornvaleEffect& effect, const SxPropertySet* presetSettings) const
 {
     effect.setDefaults();
@@ -225,7 +247,12 @@ RenderOutcome RenderJob::renderOne(const juce::File& input, const juce::File& ou
         }
     }
     effect->originalImageHadAlpha = hadAlpha;
-    TornvaleEffect::deleteBrushMask(); // no painting from the command line: the effect everywhere
+    // Without a mask the effect shows everywhere; a mask is enlarged (or reduced) to the picture
+    // like the brush mask before a full-size render.
+    if (mask.get() != nullptr)
+        TornvaleEffect::loadEffectMask(*mask, *source);
+    else
+        TornvaleEffect::deleteBrushMask();
 
     stack.setHighQuality(true);
     stack.markAllDirty();
@@ -257,7 +284,7 @@ int RenderJob::run(juce::OutputStream& log)
 {
     SxPropertySet presetSettings;
     juce::String reason;
-    if (!loadPreset(presetSettings, reason))
+    if (!loadPreset(presetSettings, reason) || !loadMask(reason))
     {
         log << "tornvale-render: " << reason << "\n";
         return 1;

@@ -6,6 +6,8 @@
 
 #include "cli/render/RenderOptions.h"
 
+#include "imaging/SxImageAlphaByte.h"
+
 #include <juce_core/juce_core.h>
 
 class SxImageRgbaBytes;
@@ -39,6 +41,9 @@ public:
     /** Loads the preset named by the options into settings; false with a reason when it cannot. */
     bool loadPreset(SxPropertySet& settings, juce::String& reason) const;
 
+    /** Reads the --mask picture as grey bytes (its luminance); false with a reason when it cannot. */
+    bool loadMask(juce::String& reason);
+
     /** Applies defaults, random roll, preset and single settings to an effect. */
     void configure(TornvaleEffect& effect, const SxPropertySet* presetSettings) const;
 
@@ -49,6 +54,7 @@ public:
 
 private:
     const RenderOptions& options;
+    SxRef<SxImageAlphaByte> mask;
 };
 
 namespace RenderFiles

@@ -67,6 +67,12 @@ std::optional<RenderOptions> parse(const juce::StringArray& arguments, juce::Str
             if (!v) return std::nullopt;
             options.preset = *v;
         }
+        else if (argument == "--mask")
+        {
+            auto v = value("--mask");
+            if (!v) return std::nullopt;
+            options.mask = *v;
+        }
         else if (argument == "--set")
         {
             auto v = value("--set");
@@ -136,6 +142,8 @@ juce::String helpText()
            "  --preset NAME|FILE   a built-in preset by name (e.g. \"01 Tornvale\") or a .pre file\n"
            "  --set KEY=VALUE      set one parameter after the preset; repeatable. KEYS:\n"
            "                       " + parameterKeys().joinIntoString(", ") + "\n"
+           "  --mask FILE          a grey picture of any size, scaled to each input: white shows\n"
+           "                       the colour-adjusted photo, black the line art (default: all art)\n"
            "  --seed N             random settings from N, the same for the same N\n"
            "  --size full|preview  render at full size (default) or fitted into 1500 x 1500\n"
            "  --overwrite          replace existing outputs (default: number them, NAME (1).EXT)\n"

@@ -13,6 +13,7 @@ struct RenderOptions
     juce::String output;           // -o: a file for one input, else a folder
     juce::String format;           // "jpg", "png", "tif" or empty (keep the input's)
     juce::String preset;           // a built-in's name or a .pre file
+    juce::String mask;             // --mask FILE: a grey picture, white shows the adjusted photo
     std::vector<std::pair<juce::String, juce::String>> settings; // --set KEY=VALUE, in order
     std::optional<juce::int64> randomSettings; // --seed N
     bool previewSize = false;      // --size preview: fit into 1500 × 1500

@@ -37,7 +37,7 @@ TEST(RenderCommandLine, UsageErrorsSayWhatIsWrong)
 {
     juce::String error;
     for (const char* line : { "", "--format gif a.jpg", "--set colour=1 a.jpg", "--set strokeLength=lots a.jpg",
-                              "--seed -3 a.jpg", "--size huge a.jpg", "--bogus a.jpg", "a.jpg -o" })
+                              "--seed -3 a.jpg", "--size huge a.jpg", "--bogus a.jpg", "a.jpg -o", "a.jpg --mask" })
     {
         error.clear();
         EXPECT_FALSE(parse(line, error)) << line;

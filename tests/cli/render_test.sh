@@ -74,5 +74,19 @@ check "a built-in preset by name renders" test -f "$work/p.png"
 "$render" --preset "No Such Preset" -o "$work/q.png" "$work/chelsea.png" 2>/dev/null; status=$?
 check "an unknown preset fails with status 1" test "$status" -eq 1
 
+# A painted mask of any size, enlarged to the photo: white shows the adjusted photo, black the art.
+convert -size 40x30 xc:black -fill white -draw "rectangle 20,0 39,29" "$work/mask.png"
+convert -size 8x8 xc:white "$work/white.png"
+"$render" --seed 5 --mask "$work/mask.png" -o "$work/m.png" "$work/chelsea.png" 2>/dev/null
+"$render" --seed 5 --mask "$work/white.png" -o "$work/w.png" "$work/chelsea.png" 2>/dev/null
+quarter() { convert "$1" -crop "112x300+$2+0" +repage "$3"; }
+quarter "$work/m.png" 0 "$work/mL.png"; quarter "$work/a.png" 0 "$work/aL.png"
+quarter "$work/m.png" 339 "$work/mR.png"; quarter "$work/w.png" 339 "$work/wR.png"
+check "--mask: black keeps the art" test "$(compare -metric AE "$work/mL.png" "$work/aL.png" null: 2>&1)" = "0"
+check "--mask: white shows the adjusted photo" test "$(compare -metric AE "$work/mR.png" "$work/wR.png" null: 2>&1)" = "0"
+check "--mask: the two differ" test "$(compare -metric AE "$work/aL.png" "$(quarter "$work/w.png" 0 "$work/wL.png"; echo "$work/wL.png")" null: 2>&1)" != "0"
+"$render" --mask "$work/missing.png" -o "$work/x.png" "$work/chelsea.png" 2>"$work/log4"; status=$?
+check "an unreadable mask fails with status 1 and says so" grep -q "cannot read the mask" "$work/log4"
+
 echo "$failures failed"
 [ "$failures" -eq 0 ]
