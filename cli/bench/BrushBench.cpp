@@ -59,7 +59,8 @@ namespace BrushBench
 {
 int run(const SxImageRgbaBytes& source)
 {
-    const double fit = std::min({ 1.0, 1500.0 / source.width, 1500.0 / source.height });
+    // The largest preview the window works on, whatever the photo's size.
+    const double fit = std::min(1500.0 / source.width, 1500.0 / source.height);
     SxImageRgbaBytes photo(source);
     photo.resize(std::max(1, (int) std::lround(source.width * fit)), std::max(1, (int) std::lround(source.height * fit)), 3);
 

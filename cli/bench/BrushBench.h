@@ -9,6 +9,6 @@ class SxImageRgbaBytes;
 
 namespace BrushBench
 {
-/** photo at any size; it is fitted into 1500 × 1500 like the window's preview. */
+/** photo at any size; it is scaled to fill 1500 × 1500, the largest preview the window paints on. */
 int run(const SxImageRgbaBytes& photo);
 } // namespace BrushBench
