@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 namespace
@@ -81,15 +82,20 @@ int run(const SxImageRgbaBytes& source)
     document.setImage(shown);
     document.setZoom(1.0f, false);
     Owner owner(document, stack);
+    // The removing brush at its default opacity, current in the view.
+    auto brushOfSize = [&owner](float size) {
+        auto tool = std::make_unique<SxBrushTool>("brushOffTool", 0);
+        tool->setCallback(&owner);
+        owner.adopt(*tool);
+        tool->setBrushSize(size);
+        tool->setOpacity(0.5f);
+        owner.setCurrentTool(tool.get());
+        return tool;
+    };
 
     // Single dabs of the largest brush, each to the view's pixels, over the whole picture.
     {
-        SxBrushTool tool("brushOffTool", 0);
-        tool.setCallback(&owner);
-        owner.adopt(tool);
-        tool.setBrushSize(250.0f);
-        tool.setOpacity(0.5f);
-        owner.setCurrentTool(&tool);
+        const auto tool = brushOfSize(250.0f);
         std::vector<double> times;
         juce::Random random(7);
         for (int i = 0; i < 200; ++i)
@@ -109,12 +115,7 @@ int run(const SxImageRgbaBytes& source)
     for (const float speed : { 1200.0f, 3600.0f })
     {
         TornvaleEffect::getBrushMask()->fill(0);
-        SxBrushTool tool("brushOffTool", 0);
-        tool.setCallback(&owner);
-        owner.adopt(tool);
-        tool.setBrushSize(120.0f);
-        tool.setOpacity(0.5f);
-        owner.setCurrentTool(&tool);
+        const auto tool = brushOfSize(120.0f);
         std::vector<double> times;
         const juce::Point<float> centre { 600.0f, 400.0f };
         auto pointAt = [&](int i) {

@@ -152,7 +152,7 @@ below "$value" 0.003 || fail "the picture after the drag is not the render of th
 click renderingModeCheckbox
 wait_state manual 1 || fail "the render mode checkbox did not switch to manual"
 renders=$(state renders)
-line=$(where smoothingSlider); read -r _ sx sy sw sh <<<"$line"
+line=$(where postSharpenSlider); read -r _ sx sy sw sh <<<"$line"
 xdotool mousemove --sync $(( sx + 7 )) $(( sy + sh - 12 ))
 xdotool mousemove --sync $(( sx + 12 )) $(( sy + sh - 12 )) mousedown 1 mousemove --sync $(( sx + sw - 14 )) $(( sy + sh - 12 )) mouseup 1
 sleep 2
@@ -164,7 +164,7 @@ click renderButton
 wait_idle $((renders + 1)) render-button
 shot "$work/rendered.png"
 value=$(rmse "$work/rendered.png" "$work/manual.png")
-say "Render button after a Smoothing change: RMSE $value"
+say "Render button after an Edge Sharpen change: RMSE $value"
 below "$value" 0.002 && fail "the Render button did not show the change"
 click renderingModeCheckbox
 wait_state manual 0 || fail "the render mode checkbox did not switch back to automatic"
