@@ -1,8 +1,10 @@
 #include "ToolTestSupport.h"
 
 #include "app/BrushControlPanel.h"
+#include "app/DocumentKeyRoute.h"
 #include "brush/SxBrushSettings.h"
 #include "tools/SxBrushTool.h"
+#include "tools/SxPanTool.h"
 #include "tools/SxToolSwitcher.h"
 
 #include <cmath>
@@ -126,4 +128,30 @@ TEST(BrushControlPanel, KeysStepTheSizeAndChooseTheTool)
     SxBrushSettings::brushSize = 120.0f;
     SxBrushSettings::brushOffToolSelected = true;
     SxBrushSettings::brushOnToolSelected = false;
+}
+
+TEST(DocumentKeyRoute, TheLayerFirstThenTheSpaceBarLendsThePanTool)
+{
+    juce::ScopedJuceInitialiser_GUI gui;
+    SxToolSwitcher switcher;
+    SxPanTool pan;
+    SxBrushTool brush("brushOffTool", 0);
+    switcher.setCurrentTool(&brush);
+    int layerKeys = 0;
+    DocumentKeyRoute route(switcher, [&switcher] { return switcher.getCurrentTool(); }, &pan, [&layerKeys](const juce::KeyPress& key) {
+        ++layerKeys;
+        return key.getKeyCode() == 'B';
+    });
+    EXPECT_TRUE(route.keyPressed(juce::KeyPress('B')));
+    EXPECT_FALSE(route.keyPressed(juce::KeyPress('x')));
+    EXPECT_EQ(layerKeys, 2);
+
+    const juce::KeyPress space(juce::KeyPress::spaceKey);
+    EXPECT_TRUE(route.keyPressed(space));
+    EXPECT_TRUE(route.keyPressed(space)); // the key repeats while held
+    EXPECT_EQ(switcher.getCurrentTool(), &pan);
+    route.keyStateChanged(); // no key is down here: the space bar counts as released
+    EXPECT_EQ(switcher.getCurrentTool(), &brush);
+    EXPECT_FALSE(route.isPanBorrowed());
+    switcher.setCurrentTool(nullptr);
 }
