@@ -18,7 +18,7 @@ void SxBrushSizeLabelSlider::valueShown()
 void SxBrushSizeLabelSlider::paintOverChildren(juce::Graphics& g)
 {
     // Between the name and the number: the largest size fills a 12-pixel disc.
-    const auto& name = const_cast<SxBrushSizeLabelSlider*>(this)->getLabel();
+    auto& name = getLabel();
     const float share = (float) ((slider.getValue() - slider.getMinimum()) / juce::jmax(1.0, slider.getMaximum() - slider.getMinimum()));
     const float d = 3.0f + 9.0f * share;
     const float cx = (float) name.getX() + (float) name.getFont().getStringWidth(name.getText()) + 18.0f;
