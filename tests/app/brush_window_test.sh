@@ -79,7 +79,8 @@ stroke() { # fx0 fy fx1
   local x0=$(awk -v a="$ix" -v b="$iw" -v f="$1" 'BEGIN { printf "%d", a + b * f }')
   local x1=$(awk -v a="$ix" -v b="$iw" -v f="$3" 'BEGIN { printf "%d", a + b * f }')
   xdotool mousemove --sync $(( x0 - 4 )) "$y"; xdotool mousemove --sync "$x0" "$y" mousedown 1
-  for x in $(seq "$x0" 7 "$x1"); do xdotool mousemove --sync "$x" "$y"; done
+  # Motion the window may merge: the brush lays its dabs along the line between events anyway.
+  for x in $(seq "$x0" 7 "$x1"); do xdotool mousemove "$x" "$y"; sleep 0.01; done
   xdotool mousemove --sync "$x1" "$y"; sleep 0.2; xdotool mouseup 1
   sleep 0.5
 }
