@@ -324,6 +324,8 @@ void GenericAppComponent::startNewDocument(const SxRef<SxImageRgbaBytes>& image,
     waitForRender();
     loadingDocument = true;
     showOriginal(false);
+    cropController.reset();
+    cropRect = {};
     document->setImage(nullptr);
     displayImage.reset();
     previewImage.reset();
@@ -833,6 +835,9 @@ bool GenericAppComponent::keyPressed(const juce::KeyPress& key, juce::Component*
 
 bool GenericAppComponent::keyPressed(const juce::KeyPress& key)
 {
+    // An open crop frame takes its Esc before any shortcut.
+    if (cropController != nullptr && cropController->keyPressed(key))
+        return true;
     // Shortcuts first, through the command manager's key mappings; a disabled command takes
     // its key without acting.
     if (commandManager.getKeyMappings()->keyPressed(key, this))
@@ -882,6 +887,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
             const auto r = c.getScreenBounds();
             text << name.replaceCharacter(' ', '_') << ' ' << r.getX() << ' ' << r.getY() << ' ' << r.getWidth() << ' '
                  << r.getHeight() << '\n';
+            if (auto* entries = dynamic_cast<ComponentMapEntries*>(&c))
+                text << entries->componentMapEntries();
         }
         for (auto* child : c.getChildren())
             visit(*child);

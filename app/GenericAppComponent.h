@@ -12,6 +12,7 @@
 #include "imaging/SxImageRgbaBytes.h"
 #include "tools/SxTool.h"
 #include "ui/EaseComponentAnimator.h"
+#include "wizards/CropController.h"
 
 #include <juce_data_structures/juce_data_structures.h>
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -40,6 +41,7 @@ class GenericAppComponent : public juce::ImageComponent,
                             public juce::KeyListener,
                             public juce::ApplicationCommandTarget,
                             public juce::MenuBarModel,
+                            public CropController::Owner,
                             private juce::MultiTimer
 {
 public:
@@ -194,6 +196,15 @@ public:
     void setEffectPanelOpen(bool open, bool animate);
     bool isEffectPanelOpen() const { return effectPanelOpen; }
 
+    /** The crop panel and its frame over the picture; the picture is cut once "Apply" is
+        pressed, and becomes the document's source at full size, keeping the effect's settings. */
+    void openCrop();
+    bool isCropOpen() const { return cropController != nullptr; }
+    void cropApplied(juce::Rectangle<int> rect) override;
+    void cropCommand(const juce::String& command) override;
+    /** The last applied crop in source pixels, empty after an open. */
+    juce::Rectangle<int> getLastCrop() const { return cropRect; }
+
     /** Re-reads every control from the effect (after undo, randomize or a restore). */
     void updateControls();
 
@@ -327,4 +338,6 @@ protected:
     std::unique_ptr<juce::FileChooser> fileChooser;
     EaseComponentAnimator panelAnimator;
     juce::String pendingPanelBounds;
+    std::unique_ptr<CropController> cropController;
+    juce::Rectangle<int> cropRect;
 };

@@ -51,6 +51,8 @@ MainTopBar::MainTopBar(GenericAppComponent& owner) : SxComponent("topBar"), comp
     addChildComponent(*renderButton);
     SxComponent::place(*renderButton, "renderingModeCheckbox.right + 5, 6, left + 75, top + 20");
 
+    addIconButton(cropButton, "cropButton", (int) Kind::crop, "Cut off unwanted areas around the image.",
+                  "(parent.width - 256 - 130)/2 - 188 + 165, 1, left + 50, top + 30");
     addIconButton(undoButton, "undoButton", (int) Kind::undo, "Undo the last edit",
                   "(parent.width - 256 - 130)/2 - 146 + 165 + 20, 1, left + 50, top + 30");
     addIconButton(zoomInButton, "zoomInButton", (int) Kind::zoomIn, "Zoom in to examine small details.",
@@ -116,6 +118,7 @@ SxIconButton& MainTopBar::addIconButton(std::unique_ptr<SxIconButton>& holder, c
 void MainTopBar::updateButtons()
 {
     const bool hasDocument = component.getPreviewImage() != nullptr;
+    cropButton->setEnabled(hasDocument);
     undoButton->setEnabled(hasDocument && component.canUndo());
     redoButton->setEnabled(hasDocument && component.canRedo());
     zoomInButton->setEnabled(hasDocument);
@@ -173,6 +176,8 @@ void MainTopBar::buttonClicked(juce::Button* button)
         component.setManualRedraw(renderingModeCheckbox->getToggleState());
     else if (button == renderButton.get())
         component.renderImmediate();
+    else if (button == cropButton.get())
+        component.openCrop();
     else if (button == undoButton.get())
         component.undoStep();
     else if (button == redoButton.get())

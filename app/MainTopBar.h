@@ -1,5 +1,5 @@
 #pragma once
-// The bar across the top of the main window: open, save, the render mode and its button, undo,
+// The bar across the top of the main window: open, save, the render mode and its button, crop, undo,
 // zoom, the pan tool, redo, the press-and-hold original, info and randomize. Every button is
 // placed by the bounds strings the whole window uses, so the centre group stays centred over
 // the view area as the window resizes. It also owns the arrow that opens and closes the side
@@ -41,7 +41,7 @@ private:
                                 const char* bounds);
 
     GenericAppComponent& component;
-    std::unique_ptr<SxIconButton> getPhotoButton, savePhotoButton, undoButton, zoomInButton, zoomOutButton, redoButton,
+    std::unique_ptr<SxIconButton> getPhotoButton, savePhotoButton, cropButton, undoButton, zoomInButton, zoomOutButton, redoButton,
         originalButton, infoButton, randomizeButton, panelArrowButton;
     std::unique_ptr<juce::ToggleButton> renderingModeCheckbox;
     std::unique_ptr<SxRoundRectangleButton> renderButton, applyButton;
