@@ -172,6 +172,47 @@ bool SxPlacement::readFromDictionary(const SxPropertySet& set, const juce::Strin
     return true;
 }
 
+void SxPlacement::resizeSide(int side, juce::Point<float> point, bool keepAspect, juce::Point<float> minimumSize)
+{
+    if (side < topSide || side > leftSide || imageSize.x <= 0.0f || imageSize.y <= 0.0f)
+        return;
+    update();
+    const bool across = side == rightSide || side == leftSide;
+    const auto local = inverse.apply(point);
+    const float size = across ? imageSize.x : imageSize.y;
+    const float axisScale = std::abs(across ? scale.x : scale.y);
+    // Distance from the fixed side to the pointer, in untransformed pixels.
+    const float extent = side == rightSide ? local.x : side == leftSide ? imageSize.x - local.x
+                         : side == bottomSide ? local.y : imageSize.y - local.y;
+    const float oldLength = size * axisScale;
+    if (oldLength <= 0.0f)
+        return;
+    float newLength = juce::jmax(extent * axisScale, across ? minimumSize.x : minimumSize.y);
+    float factor = newLength / oldLength;
+    if (keepAspect)
+    {
+        // The other axis may not fall below its own minimum either.
+        const float otherLength = (across ? imageSize.y * std::abs(scale.y) : imageSize.x * std::abs(scale.x));
+        const float otherMinimum = across ? minimumSize.y : minimumSize.x;
+        if (otherLength > 0.0f && otherLength * factor < otherMinimum)
+            factor = juce::jmin(otherMinimum / otherLength, juce::jmax(factor, 1.0f));
+        newLength = oldLength * factor;
+    }
+    const juce::Point<float> anchorLocal = side == rightSide ? juce::Point<float>(0.0f, imageSize.y * 0.5f)
+                                           : side == leftSide ? juce::Point<float>(imageSize.x, imageSize.y * 0.5f)
+                                           : side == bottomSide ? juce::Point<float>(imageSize.x * 0.5f, 0.0f)
+                                                                : juce::Point<float>(imageSize.x * 0.5f, imageSize.y);
+    const auto anchor = forward.apply(anchorLocal);
+    const auto towards = (side == rightSide ? edgeDirections[0] : side == leftSide ? -edgeDirections[0]
+                          : side == bottomSide ? edgeDirections[1] : -edgeDirections[1]);
+    if (across || keepAspect)
+        scale.x *= factor;
+    if (!across || keepAspect)
+        scale.y *= factor;
+    center = anchor + towards * (newLength * 0.5f);
+    update();
+}
+
 //==============================================================================
 void SxSegment::writeToDictionary(SxPropertySet& set) const
 {

@@ -74,6 +74,19 @@ public:
     /** Reads the keys of a record from its XML form (no rescaling). */
     virtual bool readFromXml(const juce::XmlElement& element);
 
+    enum Side
+    {
+        topSide = 0,
+        rightSide = 1,
+        bottomSide = 2,
+        leftSide = 3
+    };
+    /** Drags one side to the point (document pixels, measured along the placement's own axis)
+        while the opposite side stays where it is. The placed length never falls below the
+        matching coordinate of minimumSize; with keepAspect the other axis scales by the same
+        factor about the opposite side's midpoint. */
+    void resizeSide(int side, juce::Point<float> point, bool keepAspect, juce::Point<float> minimumSize);
+
     bool isSelected = false;
 
 private:
