@@ -133,7 +133,6 @@ bool isUnavailable(juce::CommandID id)
         case checkForUpdates:
         case productTipsSecond:
         case newProject:
-        case penGesture:
             return true;
         default:
             return false;

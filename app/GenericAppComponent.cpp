@@ -690,6 +690,8 @@ void GenericAppComponent::stepHistory(bool forward)
 //==============================================================================
 void GenericAppComponent::setCurrentTool(SxTool* tool)
 {
+    if (tool != nullptr)
+        tool->setPenGesture(isPenGestureOn());
     if (toolSwitcher != nullptr)
         toolSwitcher->setCurrentTool(tool);
 }
@@ -709,6 +711,19 @@ void GenericAppComponent::repaintImageRect(const LayerRect& rect)
         return;
     }
     document->imageChanged(rect.meansWholePicture() ? shown->bounds() : rect.pixelsIn(*shown));
+}
+
+bool GenericAppComponent::isPenGestureOn() const
+{
+    return applicationProperties != nullptr && applicationProperties->getBoolValue("penGesture", false);
+}
+
+void GenericAppComponent::togglePenGesture()
+{
+    applicationProperties->setValue("penGesture", !isPenGestureOn());
+    if (auto* tool = getCurrentTool())
+        tool->togglePenGesture();
+    commandStatusChanged();
 }
 
 SxTool* GenericAppComponent::getCurrentTool() const
@@ -1272,6 +1287,8 @@ void GenericAppComponent::getCommandInfo(juce::CommandID commandID, juce::Applic
         result.setActive(false);
     if (commandID == AppCommands::hidePanels)
         result.setTicked(!effectPanelOpen);
+    if (commandID == AppCommands::penGesture)
+        result.setTicked(isPenGestureOn());
 }
 
 bool GenericAppComponent::perform(const InvocationInfo& info)
@@ -1299,6 +1316,7 @@ bool GenericAppComponent::perform(const InvocationInfo& info)
         case AppCommands::fitInWindow: document->fitToWindow(true); break;
         case AppCommands::actualSize: document->actualSize(); break;
         case AppCommands::hidePanels: setEffectPanelOpen(!effectPanelOpen, true); break;
+        case AppCommands::penGesture: togglePenGesture(); break;
         case AppCommands::about: showAboutAlert(); break;
         case AppCommands::revealPresetFolder:
         {

@@ -182,6 +182,9 @@ public:
     bool canRedo() const { return undo.canRedo(); }
 
     // Tools.
+    /** The "Pen Gesture" setting, kept in the settings and handed to each tool made current. */
+    bool isPenGestureOn() const;
+    void togglePenGesture();
     void setCurrentTool(SxTool* tool) override;
     /** A brush changed the mask inside rect: the layers recompose that rectangle from what they
         keep and the view shows it, with no render. */

@@ -64,6 +64,12 @@ public:
 
     bool isToolOn() const { return mToolIsOn; }
 
+    /** The "Pen Gesture" setting: with it on, the two-finger gesture works whatever the owner
+        says of touch gestures, for a pen tablet or touch screen that the owner does not detect. */
+    virtual void togglePenGesture() { penGesture = !penGesture; }
+    void setPenGesture(bool on) { penGesture = on; }
+    bool isPenGestureOn() const { return penGesture; }
+
     //==============================================================================
     /** Rebuilds what the tool shows as the document's cursor: called when it is switched on,
         when the zoom changes and when its brush changes. */
@@ -104,7 +110,7 @@ public:
     juce::Point<float> getPinchCentre() const { return mPinchCentre; }
 
 protected:
-    bool gesturesInForce() const { return owner != nullptr && owner->gesturesInForce(); }
+    bool gesturesInForce() const { return penGesture || (owner != nullptr && owner->gesturesInForce()); }
     /** The gesture's three steps, shared by every tool. */
     void gestureStart(const juce::MouseEvent& e);
     void gestureStep(const juce::MouseEvent& e);
@@ -120,6 +126,7 @@ protected:
     juce::Point<float> mPinchCentre;
     float mPinchDistance = 0.0f;
     bool mToolIsOn = false;
+    bool penGesture = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR(SxTool)
 };

@@ -1,5 +1,7 @@
 #include "ui/SxLayoutController.h"
 
+#include "ui/Easing.h"
+
 int SxLayoutController::valueIn(const std::unordered_map<juce::Component*, int>& map, juce::Component* key)
 {
     const auto it = map.find(key);
@@ -199,6 +201,30 @@ void SxLayoutComponent::relayout()
     if (controller != nullptr)
         controller->layoutRows();
     updateLayout();
+}
+
+void SxLayoutComponent::relayoutAndResize(int ms)
+{
+    if (scroller == nullptr || controller == nullptr)
+        return;
+    controller->layoutRows();
+    const int height = controller->getTotalHeight();
+    if (ms == 0 || insideComponent->getHeight() < height + 5)
+    {
+        animator.cancelAllAnimations(false);
+        updateLayout();
+        return;
+    }
+    const auto inside = insideComponent->getBounds().withHeight(height + 5);
+    const auto column = controller->getBounds().withHeight(height);
+    if (ms + 400 < 6)
+    {
+        insideComponent->setBounds(inside);
+        controller->setBounds(column);
+        return;
+    }
+    animator.animateComponent(insideComponent.get(), inside, 1.0f, ms + 400, false, 0.5, 0.5, Easing::sineInOut);
+    animator.animateComponent(controller, column, 1.0f, ms + 400, false, 0.5, 0.5, Easing::sineInOut);
 }
 
 void SxLayoutComponent::updateLayout()

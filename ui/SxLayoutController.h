@@ -3,6 +3,7 @@
 // expressions and gets its top from the stack, with per-row gaps. Rows whose alpha is 0 take no
 // space, so a panel hides a control by fading it out and re-stacking.
 
+#include "ui/EaseComponentAnimator.h"
 #include "ui/SxComponent.h"
 
 #include <unordered_map>
@@ -66,8 +67,14 @@ public:
     void setRowGapAbove(juce::Component* row, int gap);
     void setRowGapBelow(juce::Component* row, int gap);
     void relayout();
+    /** Lays the rows out again and fits the column to them: at once when ms is 0 or the column
+        grows (a new row must not appear clipped), else eased over ms + 400 ms, so a closing
+        group of rows slides up instead of jumping. */
+    void relayoutAndResize(int ms);
     void updateLayout();
     void scrollToY(int y);
+    EaseComponentAnimator& getAnimator() { return animator; }
+    SxComponent* getInsideComponent() const { return insideComponent.get(); }
     int getColumnHeight() const { return controller != nullptr ? controller->getTotalHeight() : 0; }
 
     /** Re-reads every control's value (after a preset or undo changed the fields). */
@@ -86,4 +93,5 @@ private:
     SxLayoutController* controller = nullptr; // owned by insideComponent
     std::unique_ptr<SxLayoutController> ownedController;
     std::vector<juce::Component*> children;
+    EaseComponentAnimator animator;
 };

@@ -9,6 +9,7 @@
 #include "imaging/ImageFileReader.h"
 #include "presets/BuiltInPresets.h"
 #include "presets/PresetFile.h"
+#include "tools/SxPanTool.h"
 #include "ui/SxAlertComponent.h"
 #include "ui/SxSlider.h"
 
@@ -407,4 +408,28 @@ TEST_F(Commands, FailedSavesKeepTheOldFilesAndTheDocument)
     EXPECT_FALSE(component->loadProject(bad));
     EXPECT_EQ(component->getOriginalImage()->width, 600);
     EXPECT_NEAR(effect().strokeLength, 0.05f, 1e-6);
+}
+
+TEST_F(Commands, PenGestureTicksFromItsSettingAndReachesTheToolMadeCurrent)
+{
+    const auto ticked = [this] {
+        juce::ApplicationCommandInfo info(AppCommands::penGesture);
+        component->getCommandInfo(AppCommands::penGesture, info);
+        return (info.flags & juce::ApplicationCommandInfo::isTicked) != 0;
+    };
+    EXPECT_FALSE(ticked());
+    EXPECT_FALSE(isDisabled(AppCommands::penGesture));
+    component->getCommandManager().invokeDirectly(AppCommands::penGesture, false);
+    EXPECT_TRUE(ticked());
+    EXPECT_TRUE(component->getUserSettings()->getBoolValue("penGesture", false));
+
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    SxPanTool tool;
+    tool.setOwner(component.get());
+    component->setCurrentTool(&tool);
+    EXPECT_TRUE(tool.isPenGestureOn());
+    component->getCommandManager().invokeDirectly(AppCommands::penGesture, false);
+    EXPECT_FALSE(tool.isPenGestureOn());
+    EXPECT_FALSE(ticked());
+    component->setCurrentTool(nullptr);
 }

@@ -81,3 +81,44 @@ TEST(LayoutColumn, StacksRowsWithGapsKeepsCustomLeftAndSkipsHiddenRows)
     EXPECT_EQ(custom.getX(), 12);
     EXPECT_EQ(b.getY(), 74);
 }
+
+TEST(LayoutColumn, ResizingGrowsAtOnceAndShrinksEased)
+{
+    juce::ScopedJuceInitialiser_GUI gui;
+    SxLayoutComponent column;
+    column.setSize(256, 400);
+    column.createColumn(0, 0);
+    juce::Component a, b;
+    a.setSize(10, 30);
+    b.setSize(10, 40);
+    column.addRow(&a);
+    column.relayoutAndResize(300);
+    auto* inside = column.getInsideComponent();
+    EXPECT_EQ(inside->getHeight(), 30 + 5); // a growing column never waits
+
+    column.addRow(&b);
+    column.relayoutAndResize(300);
+    EXPECT_EQ(inside->getHeight(), 70 + 5);
+
+    // Shrinking eases over 300 + 400 ms: still tall at once, in between half-way, at the end fitted.
+    double now = 0.0;
+    column.getAnimator().clock = [&now] { return now; };
+    column.removeRow(&b);
+    column.relayoutAndResize(300);
+    EXPECT_EQ(inside->getHeight(), 75);
+    now = 350.0;
+    column.getAnimator().update(now);
+    EXPECT_GT(inside->getHeight(), 35);
+    EXPECT_LT(inside->getHeight(), 75);
+    now = 800.0;
+    column.getAnimator().update(now);
+    EXPECT_EQ(inside->getHeight(), 35);
+    EXPECT_EQ(column.getController()->getHeight(), 30);
+
+    // Zero time resizes at once.
+    column.addRow(&b);
+    column.relayoutAndResize(0);
+    column.removeRow(&b);
+    column.relayoutAndResize(0);
+    EXPECT_EQ(inside->getHeight(), 35);
+}

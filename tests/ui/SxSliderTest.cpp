@@ -1,4 +1,5 @@
 #include "ui/SxLayoutController.h"
+#include "ui/SxLabelSliderPro.h"
 #include "ui/SxSlider.h"
 
 #include <gtest/gtest.h>
@@ -250,4 +251,45 @@ TEST(LabelSlider, StacksInAColumnAndALongerNamePushesTheSliderRight)
     second.setLabelText("Contrast and more");
     EXPECT_GT(second.getSlider()->getX(), shortStart);
     EXPECT_TRUE(callback.controls.empty());
+}
+
+TEST(LabelSliderPro, TheNumberEditsThroughTheTextRulesAndFollowsTheSlider)
+{
+    juce::ScopedJuceInitialiser_GUI gui;
+    float field = 0.5f;
+    RecordingCallback callback;
+    callback.watched = &field;
+    SxLabelSliderPro control("detailSlider", "Detail", &field, &callback);
+    control.setSize(220, SxLabelSliderPro::rowHeight);
+    auto& number = control.getNumber();
+    EXPECT_EQ(number.getText(), "50%");
+    const auto type = [&number](const juce::String& text, bool commit) {
+        number.startEditing();
+        ASSERT_TRUE(number.isEditing());
+        number.getEditor().setText(text, false);
+        number.finishEditing(commit);
+    };
+
+    type("73%", true);
+    EXPECT_FLOAT_EQ(field, 0.73f);
+    ASSERT_EQ(callback.controls.size(), 1u);
+    EXPECT_FLOAT_EQ(callback.fieldAtCall[0], 0.73f);
+    EXPECT_EQ(number.getText(), "73%");
+    EXPECT_FALSE(number.isEditing());
+
+    // Escape (no commit) leaves everything as it was.
+    type("10", false);
+    EXPECT_FLOAT_EQ(field, 0.73f);
+    EXPECT_EQ(callback.controls.size(), 1u);
+    EXPECT_EQ(number.getText(), "73%");
+
+    type("+5", true);
+    EXPECT_FLOAT_EQ(field, 0.05f);
+
+    // A value set from elsewhere (a preset, undo) shows without calling back.
+    field = 0.2f;
+    control.update();
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(50);
+    EXPECT_EQ(number.getText(), "20%");
+    EXPECT_EQ(callback.controls.size(), 2u);
 }
