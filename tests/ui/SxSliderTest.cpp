@@ -1,6 +1,7 @@
 #include "ui/SxLayoutController.h"
 #include "ui/SxLabelSliderPro.h"
 #include "ui/SxSlider.h"
+#include "ui/SxSliderComposites.h"
 
 #include <gtest/gtest.h>
 
@@ -292,4 +293,38 @@ TEST(LabelSliderPro, TheNumberEditsThroughTheTextRulesAndFollowsTheSlider)
     juce::MessageManager::getInstance()->runDispatchLoopUntil(50);
     EXPECT_EQ(number.getText(), "20%");
     EXPECT_EQ(callback.controls.size(), 2u);
+}
+
+TEST(SliderComposites, EachSliderWritesItsOwnFieldAndSignedTextReads)
+{
+    juce::ScopedJuceInitialiser_GUI gui;
+    float a = 0.1f, b = 0.2f, c = 0.3f, tilt = 0.0f;
+    juce::Colour tint = juce::Colours::red;
+    RecordingCallback callback;
+    SxLabelThreeSliders three("rgb", "Red", "Green", "Blue", &a, &b, &c, &callback);
+    juce::Component panel;
+    panel.setSize(300, 100);
+    panel.addAndMakeVisible(three);
+    ASSERT_EQ(three.getNumSliders(), 3);
+    EXPECT_FLOAT_EQ((float) three.getSlider(2).getValue(), 0.3f);
+    three.getSlider(1).setValue(0.75, juce::sendNotificationSync);
+    EXPECT_FLOAT_EQ(b, 0.75f);
+    EXPECT_FLOAT_EQ(a, 0.1f);
+    EXPECT_FLOAT_EQ(c, 0.3f);
+    EXPECT_EQ(callback.controls, std::vector<juce::Component*> { &three });
+    // The three share the row left to right, each label over its own slider.
+    EXPECT_LT(three.getSlider(0).getRight(), three.getSlider(1).getX());
+    EXPECT_LT(three.getSlider(1).getRight(), three.getSlider(2).getX());
+    EXPECT_LE(three.getSlider(2).getRight(), 300);
+    EXPECT_EQ(three.getLabel(1).getX(), three.getSlider(1).getX() - 5);
+
+    SxNegativeToOneLabelSlider signedSlider("tilt", "Tilt", &tilt, &callback);
+    EXPECT_EQ(signedSlider.getValueText(), "0%");
+    signedSlider.getSlider()->setValue(signedSlider.getSlider()->getValueFromText("-40%"), juce::sendNotificationSync);
+    EXPECT_FLOAT_EQ(tilt, -0.4f);
+
+    SxColorChipSelectionSlider chipSlider("tint", &a, &tint, &callback);
+    chipSlider.getChip().setColour(juce::Colours::blue, juce::sendNotification);
+    EXPECT_EQ(tint, juce::Colours::blue);
+    EXPECT_EQ(callback.controls.back(), &chipSlider.getChip());
 }
