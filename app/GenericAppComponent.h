@@ -202,6 +202,9 @@ public:
     /** The crop panel and its frame over the picture; the picture is cut once "Apply" is
         pressed, and becomes the document's source at full size, keeping the effect's settings. */
     void openCrop();
+    /** A host takes its picture back at the size it handed over, so a picture from a host is
+        never cut. */
+    bool canCrop() const { return hasDocument() && !isHostKind(1); }
     bool isCropOpen() const { return cropController != nullptr; }
     void cropApplied(juce::Rectangle<int> rect) override;
     void cropCommand(const juce::String& command) override;

@@ -6,7 +6,7 @@
 
 void GenericAppComponent::openCrop()
 {
-    if (!hasDocument() || cropController != nullptr)
+    if (!canCrop() || cropController != nullptr)
         return;
     showOriginal(false);
     cropController = std::make_unique<CropController>(*document, originalImage->bounds(), cropRect, *this);
@@ -24,7 +24,7 @@ void GenericAppComponent::cropCommand(const juce::String& command)
 void GenericAppComponent::cropApplied(juce::Rectangle<int> rect)
 {
     cropController.reset();
-    if (!hasDocument())
+    if (!canCrop())
         return;
     rect = rect.getIntersection(originalImage->bounds());
     if (rect.isEmpty() || rect == originalImage->bounds())

@@ -118,7 +118,7 @@ SxIconButton& MainTopBar::addIconButton(std::unique_ptr<SxIconButton>& holder, c
 void MainTopBar::updateButtons()
 {
     const bool hasDocument = component.getPreviewImage() != nullptr;
-    cropButton->setEnabled(hasDocument);
+    cropButton->setEnabled(component.canCrop());
     undoButton->setEnabled(hasDocument && component.canUndo());
     redoButton->setEnabled(hasDocument && component.canRedo());
     zoomInButton->setEnabled(hasDocument);

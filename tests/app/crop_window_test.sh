@@ -98,9 +98,13 @@ click Square
 wait_for 20 "a square frame" 'where cropFrame | awk '\''{ exit !($4 == $5) }'\'''
 read -r _ sx sy sw sh <<<"$(where shownImage)"
 read -r cx cy <<<"$(centre_of cropBottomRight)"
+frame0=$(where cropFrame)
 drag "$cx" "$cy" $(( cx - sw / 8 )) $(( cy - sh / 3 ))
-sleep 0.6
-read -r _ fx fy fw fh <<<"$(where cropFrame)"
+# The map is rewritten twice a second: wait for the frame to move, then to hold still.
+wait_for 20 "the frame to follow the drag" '[ "$(where cropFrame)" != "$frame0" ]'
+frame1=""
+for _ in $(seq 20); do sleep 0.6; now=$(where cropFrame); [ "$now" = "$frame1" ] && break; frame1=$now; done
+read -r _ fx fy fw fh <<<"$frame1"
 [ "$fw" = "$fh" ] || fail "the dragged square frame is $fw x $fh"
 [ "$fw" -lt $(( sh * 8 / 10 - 10 )) ] || fail "the corner drag did not shrink the frame ($fw)"
 # Where the frame lies on the photo, in its pixels, and the size a full-size cut must have.
