@@ -45,31 +45,9 @@ LayerRect wholePicture()
 
 const juce::String unsavedQuestionName("saveProjectAlert");
 
-// Encodes in memory, writes beside the destination and renames over it only when every byte is
-// on disk: a full disk or a size limit can cut a write short without the stream saying so, and
-// the old file must then stay as it was.
 juce::Result writePhoto(const SxImageRgbaBytes& image, const juce::File& destination, const ImageWriteOptions& options)
 {
-    const auto type = ImageFileTypes::fromPath(destination.getFullPathName());
-    juce::MemoryBlock bytes;
-    if (!ImageFileWriter::encode(image, type, options, bytes))
-        return juce::Result::fail("the picture could not be encoded");
-    if (!destination.getParentDirectory().isDirectory())
-        return juce::Result::fail("the folder does not exist");
-    juce::TemporaryFile temporary(destination, juce::TemporaryFile::useHiddenFile);
-    {
-        juce::FileOutputStream out(temporary.getFile(), 16384);
-        if (out.failedToOpen() || !out.write(bytes.getData(), bytes.getSize()))
-            return juce::Result::fail("the folder is not writable");
-        out.flush();
-        if (out.getStatus().failed())
-            return juce::Result::fail("the disk is full or the folder is not writable");
-    }
-    if (temporary.getFile().getSize() != (juce::int64) bytes.getSize())
-        return juce::Result::fail("the disk is full");
-    if (!temporary.overwriteTargetFileWithTemporary())
-        return juce::Result::fail("the file could not be replaced");
-    return juce::Result::ok();
+    return ImageFileWriter::write(image, destination, ImageFileTypes::fromPath(destination.getFullPathName()), options);
 }
 
 bool hasTransparency(const SxImageRgbaBytes& image)

@@ -4,8 +4,11 @@
 
 #include "document/LayerManager.h"
 #include "imaging/ImageFileReader.h"
+#include "imaging/FileBytes.h"
+#include "imaging/ImageLimits.h"
 #include "imaging/ImageRGBAPixelData.h"
 #include "imaging/ImageStream.h"
+#include "imaging/SafeFileWrite.h"
 
 namespace ProjectFile
 {
@@ -75,8 +78,8 @@ bool readDocumentFromDictionary(SxPropertySet& set, ProjectDocument& document)
     }
     // The picture's text is megabytes; once decoded it has no business in the settings.
     set.removeValue(juce::String(imageKey) + "_data");
-    document.widthDpi = set.getDoubleValue("doc_WidthDPI", 72.0);
-    document.heightDpi = set.getDoubleValue("doc_HeightDPI", 72.0);
+    document.widthDpi = ImageLimits::sanitisedResolution(set.getDoubleValue("doc_WidthDPI", ImageLimits::defaultResolution));
+    document.heightDpi = ImageLimits::sanitisedResolution(set.getDoubleValue("doc_HeightDPI", ImageLimits::defaultResolution));
     return document.image.get() != nullptr && document.image->width > 0 && document.image->height > 0;
 }
 
@@ -143,18 +146,11 @@ bool save(const juce::File& file, LayerManager& layers, const SxImageRgbaBytes& 
 
     if (! file.getParentDirectory().createDirectory())
         return false;
-    juce::TemporaryFile temporary(file);
-    {
-        juce::FileOutputStream out(temporary.getFile(), 16384);
-        if (out.failedToOpen())
-            return false;
-        if (! write(out, settings, source, widthDpi, heightDpi, result))
-            return false;
-        out.flush();
-        if (out.getStatus().failed())
-            return false;
-    }
-    return temporary.overwriteTargetFileWithTemporary();
+    // Built in memory (the writer seeks back to fill in the preview's place) and put on disk whole.
+    juce::MemoryOutputStream out;
+    if (! write(out, settings, source, widthDpi, heightDpi, result))
+        return false;
+    return SafeFileWrite::replace(file, out.getData(), out.getDataSize()).wasOk();
 }
 
 std::unique_ptr<ProjectDocument> read(juce::InputStream& in)
@@ -194,6 +190,8 @@ std::unique_ptr<ProjectDocument> read(juce::InputStream& in)
 
 std::unique_ptr<ProjectDocument> readFile(const juce::File& file)
 {
+    if (FileBytes::checkRegular(file).isNotEmpty())
+        return nullptr;
     juce::FileInputStream in(file);
     if (in.failedToOpen())
         return nullptr;

@@ -1,4 +1,5 @@
 #include "document/SxPropertySet.h"
+#include "imaging/ImageLimits.h"
 
 #include <algorithm>
 #include <cstring>
@@ -148,7 +149,7 @@ bool readCompact(const juce::MemoryBlock& block, size_t bytesPerPixel, PictureHe
     {
         juce::MemoryInputStream source(block, false);
         juce::GZIPDecompressorInputStream gz(source);
-        if (! readHeader(gz, header))
+        if (! readHeader(gz, header) || ImageLimits::refusal(header.width, header.height).isNotEmpty())
             return false;
         const uint64_t needed = (uint64_t) header.width * (uint64_t) header.height * bytesPerPixel;
         uint64_t got = 0;
@@ -211,6 +212,8 @@ Image* readRaw(const SxPropertySet& set, const juce::String& name, size_t bytesP
     if (! (w >= 1.0 && h >= 1.0 && w <= 1.0e6 && h <= 1.0e6))
         return nullptr;
     const int width = (int) w, height = (int) h;
+    if (ImageLimits::refusal(width, height).isNotEmpty())
+        return nullptr;
     const juce::String encoded = set.getValue(name + "_data");
     juce::MemoryBlock block;
     if (! decodeBase64(encoded, block) || block.getSize() != (size_t) width * (size_t) height * bytesPerPixel)

@@ -13,6 +13,9 @@ set(_project_reader_sources
   ${CMAKE_SOURCE_DIR}/imaging/SxImageAlphaByte.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageScaling.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageStream.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/SafeFileWrite.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/ImageLimits.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/FileBytes.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageRGBAPixelData.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageFileReader.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageFileType.cpp

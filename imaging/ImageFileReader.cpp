@@ -1,6 +1,8 @@
 #include "imaging/ImageFileReader.h"
 #include "imaging/ColorProfile.h"
 #include "imaging/ExifReader.h"
+#include "imaging/FileBytes.h"
+#include "imaging/ImageLimits.h"
 
 #include <csetjmp>
 #include <cstdio>
@@ -30,9 +32,15 @@ ImageFileType sniff(const uint8_t* b, size_t size)
     return ImageFileType::unknown;
 }
 
-bool sizeAllowed(int64_t width, int64_t height)
+/** Empty when the header's size may be decoded, else the reason: sizes no picture has are damage,
+    sizes over the limit are refused as too large. */
+juce::String sizeRefusal(int64_t width, int64_t height)
 {
-    return width > 0 && height > 0 && width <= 65535 && height <= 65535 && width * height <= ImageFileReader::maximumPixels;
+    const auto why = ImageLimits::refusal(width, height);
+    if (why.isEmpty())
+        return {};
+    const bool plausible = width > 0 && height > 0 && width <= 65535 && height <= 65535;
+    return (plausible ? "too large: " : "not an image: ") + why;
 }
 
 //==============================================================================
@@ -58,17 +66,27 @@ void jpegMessage(j_common_ptr info, int level)
         jpegError(info);
 }
 
-SxImageRgbaBytes* rotated(const SxImageRgbaBytes& source, int orientation)
+/** The picture as it is meant to be seen, for the Exif orientations 2 to 8 (1 is as stored). */
+SxImageRgbaBytes* oriented(const SxImageRgbaBytes& source, int orientation)
 {
-    const bool quarter = orientation == 6 || orientation == 8;
-    auto* result = new SxImageRgbaBytes(quarter ? source.height : source.width, quarter ? source.width : source.height);
-    for (int y = 0; y < source.height; ++y)
-        for (int x = 0; x < source.width; ++x)
+    const int w = source.width, h = source.height;
+    const bool swapsSides = orientation >= 5; // 5 to 8 turn by a quarter, mirrored or not
+    auto* result = new SxImageRgbaBytes(swapsSides ? h : w, swapsSides ? w : h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
         {
             int dx = x, dy = y;
-            if (orientation == 6) { dx = source.height - 1 - y; dy = x; }             // 90° clockwise
-            else if (orientation == 8) { dx = y; dy = source.width - 1 - x; }          // 90° counter-clockwise
-            else if (orientation == 3) { dx = source.width - 1 - x; dy = source.height - 1 - y; }
+            switch (orientation)
+            {
+                case 2: dx = w - 1 - x; break;                        // mirrored left to right
+                case 3: dx = w - 1 - x; dy = h - 1 - y; break;        // half a turn
+                case 4: dy = h - 1 - y; break;                        // mirrored top to bottom
+                case 5: dx = y; dy = x; break;                        // transposed
+                case 6: dx = h - 1 - y; dy = x; break;                // 90° clockwise
+                case 7: dx = h - 1 - y; dy = w - 1 - x; break;        // transposed across the other diagonal
+                case 8: dx = y; dy = w - 1 - x; break;                // 90° counter-clockwise
+                default: break;
+            }
             std::memcpy(result->pixelAt(dx, dy), source.pixelAt(x, y), 4);
         }
     return result;
@@ -100,10 +118,10 @@ DecodedImage readJpeg(const uint8_t* data, size_t size)
     jpeg_mem_src(&info, data, (unsigned long) size);
     jpeg_save_markers(&info, JPEG_APP0 + 2, 0xFFFF);
     jpeg_read_header(&info, TRUE);
-    if (!sizeAllowed(info.image_width, info.image_height))
+    if (const auto refused = sizeRefusal(info.image_width, info.image_height); refused.isNotEmpty())
     {
         jpeg_destroy_decompress(&info);
-        return failure("not an image: size out of range");
+        return failure(refused);
     }
 
     JOCTET* profile = nullptr;
@@ -144,16 +162,16 @@ DecodedImage readJpeg(const uint8_t* data, size_t size)
 
     DecodedImage result;
     const auto exif = ExifReader::readJpeg(data, size);
-    result.resolutionX = exif.resolutionX;
-    result.resolutionY = exif.resolutionY;
+    result.resolutionX = ImageLimits::sanitisedResolution(exif.resolutionX);
+    result.resolutionY = ImageLimits::sanitisedResolution(exif.resolutionY);
     result.orientation = exif.orientation;
     if (icc != nullptr && !cmyk)
         result.iccProfile.replaceAll(icc, iccLength);
     std::free(icc);
 
-    if (exif.orientation == 3 || exif.orientation == 6 || exif.orientation == 8)
+    if (exif.orientation >= 2 && exif.orientation <= 8)
     {
-        result.image = SxRef<SxImageRgbaBytes>::adopt(rotated(*image, exif.orientation));
+        result.image = SxRef<SxImageRgbaBytes>::adopt(oriented(*image, exif.orientation));
         image->release();
     }
     else
@@ -167,10 +185,15 @@ DecodedImage readPng(const uint8_t* data, size_t size)
     unsigned width = 0, height = 0;
     LodePNGState state;
     lodepng_state_init(&state);
-    if (lodepng_inspect(&width, &height, &state, data, size) != 0 || !sizeAllowed(width, height))
+    if (lodepng_inspect(&width, &height, &state, data, size) != 0)
     {
         lodepng_state_cleanup(&state);
-        return failure("not an image: damaged or oversized PNG");
+        return failure("not an image: damaged PNG");
+    }
+    if (const auto refused = sizeRefusal(width, height); refused.isNotEmpty())
+    {
+        lodepng_state_cleanup(&state);
+        return failure(refused);
     }
 
     state.info_raw.colortype = LCT_RGBA;
@@ -201,8 +224,8 @@ DecodedImage readPng(const uint8_t* data, size_t size)
     result.hasAlpha = lodepng_can_have_alpha(&png.color) != 0;
     if (png.phys_defined && png.phys_unit == 1 && png.phys_x > 0 && png.phys_y > 0)
     {
-        result.resolutionX = png.phys_x * 0.0254;
-        result.resolutionY = png.phys_y * 0.0254;
+        result.resolutionX = ImageLimits::sanitisedResolution(png.phys_x * 0.0254);
+        result.resolutionY = ImageLimits::sanitisedResolution(png.phys_y * 0.0254);
     }
     if (png.iccp_defined && png.iccp_profile_size > 0)
         result.iccProfile.replaceAll(png.iccp_profile, png.iccp_profile_size);
@@ -348,10 +371,10 @@ DecodedImage readTiff(const uint8_t* data, size_t size)
     uint32_t width = 0, height = 0;
     TIFFGetField(tiff, TIFFTAG_IMAGEWIDTH, &width);
     TIFFGetField(tiff, TIFFTAG_IMAGELENGTH, &height);
-    if (!sizeAllowed(width, height))
+    if (const auto refused = sizeRefusal(width, height); refused.isNotEmpty())
     {
         TIFFClose(tiff);
-        return failure("not an image: size out of range");
+        return failure(refused);
     }
 
     uint16_t extraCount = 0;
@@ -372,9 +395,9 @@ DecodedImage readTiff(const uint8_t* data, size_t size)
     TIFFGetFieldDefaulted(tiff, TIFFTAG_RESOLUTIONUNIT, &unit);
     const double toInch = unit == RESUNIT_CENTIMETER ? 2.54 : 1.0;
     if (unit != RESUNIT_NONE && TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &x) && x > 0)
-        result.resolutionX = x * toInch;
+        result.resolutionX = ImageLimits::sanitisedResolution(x * toInch);
     if (unit != RESUNIT_NONE && TIFFGetField(tiff, TIFFTAG_YRESOLUTION, &y) && y > 0)
-        result.resolutionY = y * toInch;
+        result.resolutionY = ImageLimits::sanitisedResolution(y * toInch);
 
     uint32_t iccLength = 0;
     void* icc = nullptr;
@@ -407,11 +430,9 @@ DecodedImage readMemory(const void* data, size_t size, ImageFileType type)
 
 DecodedImage read(const juce::File& file)
 {
-    if (!file.existsAsFile())
-        return failure(file.exists() ? "cannot read: it is a folder" : "cannot read: no such file");
     juce::MemoryBlock bytes;
-    if (!file.loadFileAsData(bytes))
-        return failure("cannot read: permission denied or I/O error");
+    if (const auto error = FileBytes::read(file, bytes); error.isNotEmpty())
+        return failure(error);
     if (bytes.getSize() == 0)
         return failure("not an image: the file is empty");
     auto decoded = readMemory(bytes.getData(), bytes.getSize(), ImageFileTypes::fromPath(file.getFullPathName()));

@@ -18,8 +18,9 @@ struct DecodedImage
     juce::MemoryBlock iccProfile;
     /** True when the pixels were converted from iccProfile to sRGB while loading. */
     bool convertedToSRGB = false;
-    /** Why there is no image: "cannot read" (missing, unreadable) or "not an image" (no codec
-        could decode it), with detail after a colon where a codec gave one. */
+    /** Why there is no image: "cannot read" (missing, unreadable, not a regular file), "not an
+        image" (no codec could decode it) or "too large" (over the pixel limit or the free
+        memory), with detail after a colon. */
     juce::String error;
 
     bool ok() const { return image.get() != nullptr; }
@@ -27,9 +28,6 @@ struct DecodedImage
 
 namespace ImageFileReader
 {
-/** Pictures beyond this many pixels are refused rather than allocated. */
-constexpr int64_t maximumPixels = (int64_t) 1 << 28;
-
 /** Reads and decodes a file; pixels with an embedded profile arrive converted to sRGB. */
 DecodedImage read(const juce::File& file);
 

@@ -1,7 +1,10 @@
 #include "imaging/ImageFileWriter.h"
+#include "imaging/ImageLimits.h"
+#include "imaging/SafeFileWrite.h"
 
 #include <cmath>
 #include <csetjmp>
+#include <cstring>
 
 #include <jpeglib.h>
 #include <lodepng.h>
@@ -99,9 +102,65 @@ bool encodePng(const SxImageRgbaBytes& image, const ImageWriteOptions& options, 
     return error == 0;
 }
 
-bool writeTiff(const SxImageRgbaBytes& image, const ImageWriteOptions& options, const juce::File& file)
+// libtiff writes through these callbacks into memory, so that a TIFF reaches the disk through the
+// same checked path as the other formats. It seeks back to patch offsets and reads the directory
+// it wrote, hence the full set.
+struct GrowingTiff
 {
-    TIFF* tiff = TIFFOpen(file.getFullPathName().toRawUTF8(), "w");
+    std::vector<uint8_t> bytes;
+    toff_t position = 0;
+};
+
+tsize_t tiffRead(thandle_t handle, tdata_t buffer, tsize_t length)
+{
+    auto* m = static_cast<GrowingTiff*>(handle);
+    if (length <= 0 || m->position >= m->bytes.size())
+        return 0;
+    const auto n = std::min<toff_t>((toff_t) length, m->bytes.size() - m->position);
+    std::memcpy(buffer, m->bytes.data() + m->position, (size_t) n);
+    m->position += n;
+    return (tsize_t) n;
+}
+
+tsize_t tiffWrite(thandle_t handle, tdata_t buffer, tsize_t length)
+{
+    auto* m = static_cast<GrowingTiff*>(handle);
+    if (length < 0)
+        return -1;
+    try
+    {
+        if (m->position + (toff_t) length > m->bytes.size())
+            m->bytes.resize((size_t) (m->position + (toff_t) length));
+    }
+    catch (const std::bad_alloc&)
+    {
+        return -1;
+    }
+    std::memcpy(m->bytes.data() + m->position, buffer, (size_t) length);
+    m->position += (toff_t) length;
+    return length;
+}
+
+toff_t tiffSeek(thandle_t handle, toff_t offset, int whence)
+{
+    auto* m = static_cast<GrowingTiff*>(handle);
+    const toff_t base = whence == SEEK_CUR ? m->position : (whence == SEEK_END ? (toff_t) m->bytes.size() : 0);
+    m->position = base + offset;
+    return m->position;
+}
+
+int tiffClose(thandle_t) { return 0; }
+toff_t tiffSize(thandle_t handle) { return static_cast<GrowingTiff*>(handle)->bytes.size(); }
+int tiffMap(thandle_t, tdata_t*, toff_t*) { return 0; }
+void tiffUnmap(thandle_t, tdata_t, toff_t) {}
+void tiffQuiet(const char*, const char*, va_list) {}
+
+bool encodeTiff(const SxImageRgbaBytes& image, const ImageWriteOptions& options, juce::MemoryBlock& out)
+{
+    TIFFSetErrorHandler(tiffQuiet);
+    TIFFSetWarningHandler(tiffQuiet);
+    GrowingTiff memory;
+    TIFF* tiff = TIFFClientOpen("memory", "w", &memory, tiffRead, tiffWrite, tiffSeek, tiffClose, tiffSize, tiffMap, tiffUnmap);
     if (tiff == nullptr)
         return false;
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, (uint32_t) image.width);
@@ -134,32 +193,38 @@ bool writeTiff(const SxImageRgbaBytes& image, const ImageWriteOptions& options, 
         }
         ok = TIFFWriteScanline(tiff, row.data(), (uint32_t) y, 0) >= 0;
     }
+    // The directory is written on flush; a failure there leaves a TIFF without one.
+    ok = ok && TIFFFlush(tiff) == 1;
     TIFFClose(tiff);
+    if (ok)
+        out.replaceAll(memory.bytes.data(), memory.bytes.size());
     return ok;
 }
 } // namespace
 
 namespace ImageFileWriter
 {
-bool encode(const SxImageRgbaBytes& image, ImageFileType type, const ImageWriteOptions& options, juce::MemoryBlock& out)
+bool encode(const SxImageRgbaBytes& image, ImageFileType type, const ImageWriteOptions& given, juce::MemoryBlock& out)
 {
     if (image.width <= 0 || image.height <= 0)
         return false;
+    // A resolution no file should carry (negative, zero, absurd) is written as the default.
+    ImageWriteOptions options = given;
+    options.resolutionX = ImageLimits::sanitisedResolution(given.resolutionX);
+    options.resolutionY = ImageLimits::sanitisedResolution(given.resolutionY);
     switch (type)
     {
         case ImageFileType::jpeg: return encodeJpeg(image, options, out);
         case ImageFileType::png: return encodePng(image, options, out);
-        case ImageFileType::tiff:
-        {
-            juce::TemporaryFile temp(".tif");
-            return writeTiff(image, options, temp.getFile()) && temp.getFile().loadFileAsData(out);
-        }
+        case ImageFileType::tiff: return encodeTiff(image, options, out);
         case ImageFileType::unknown: break;
     }
     return false;
 }
 
-juce::Result write(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type, const ImageWriteOptions& options)
+namespace
+{
+juce::Result checkWritable(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type)
 {
     if (type == ImageFileType::unknown)
         return juce::Result::fail("cannot write: unknown image format");
@@ -167,23 +232,31 @@ juce::Result write(const SxImageRgbaBytes& image, const juce::File& destination,
         return juce::Result::fail("cannot write: the picture is empty");
     if (!destination.getParentDirectory().isDirectory())
         return juce::Result::fail("cannot write: no such folder");
-
-    juce::TemporaryFile temp(destination, juce::TemporaryFile::useHiddenFile);
-    bool written = false;
-    if (type == ImageFileType::tiff)
-        written = writeTiff(image, options, temp.getFile());
-    else
-    {
-        juce::MemoryBlock bytes;
-        // replaceWithData does not notice a short write (a full disk, a file size limit): compare
-        // the size on disk, or a truncated file would be renamed over the user's good one.
-        written = encode(image, type, options, bytes) && temp.getFile().replaceWithData(bytes.getData(), bytes.getSize())
-                  && temp.getFile().getSize() == (juce::int64) bytes.getSize();
-    }
-    if (!written)
-        return juce::Result::fail("cannot write: " + destination.getParentDirectory().getFullPathName() + " is not writable or the disk is full");
-    if (!temp.overwriteTargetFileWithTemporary())
-        return juce::Result::fail("cannot write: could not replace " + destination.getFileName());
     return juce::Result::ok();
+}
+} // namespace
+
+juce::Result write(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type, const ImageWriteOptions& options)
+{
+    auto checked = checkWritable(image, destination, type);
+    if (checked.failed())
+        return checked;
+    juce::MemoryBlock bytes;
+    if (!encode(image, type, options, bytes))
+        return juce::Result::fail("cannot write: the picture could not be encoded");
+    return SafeFileWrite::replace(destination, bytes.getData(), bytes.getSize());
+}
+
+juce::Result writeNew(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type,
+                      const ImageWriteOptions& options, bool& nameTaken)
+{
+    nameTaken = false;
+    auto checked = checkWritable(image, destination, type);
+    if (checked.failed())
+        return checked;
+    juce::MemoryBlock bytes;
+    if (!encode(image, type, options, bytes))
+        return juce::Result::fail("cannot write: the picture could not be encoded");
+    return SafeFileWrite::createNew(destination, bytes.getData(), bytes.getSize(), nameTaken);
 }
 } // namespace ImageFileWriter

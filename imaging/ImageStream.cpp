@@ -1,4 +1,5 @@
 #include "imaging/ImageStream.h"
+#include "imaging/SafeFileWrite.h"
 
 namespace ImageStream
 {
@@ -44,16 +45,8 @@ SxImageRgbaBytes* read(juce::InputStream& in)
 
 bool writeFile(const SxImageRgbaBytes& image, const juce::File& file)
 {
-    juce::TemporaryFile temp(file);
-    {
-        juce::FileOutputStream out(temp.getFile());
-        if (out.failedToOpen() || !write(image, out))
-            return false;
-        out.flush();
-        if (out.getStatus().failed())
-            return false;
-    }
-    return temp.overwriteTargetFileWithTemporary();
+    juce::MemoryOutputStream out(image.byteCount() + 16);
+    return write(image, out) && SafeFileWrite::replace(file, out.getData(), out.getDataSize()).wasOk();
 }
 
 SxImageRgbaBytes* readFile(const juce::File& file)

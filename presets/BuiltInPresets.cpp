@@ -1,4 +1,5 @@
 #include "presets/BuiltInPresets.h"
+#include "imaging/SafeFileWrite.h"
 
 // Generated from presets/thumbnails/ at build time.
 const char* tornvale_thumbnails_find(const char* name, std::size_t* size);
@@ -147,22 +148,7 @@ bool writeDefaultPresets(const juce::File& folder)
         if (resource.bytes.isEmpty())
             continue;
         const juce::File target = folder.getChildFile(resource.name);
-        juce::TemporaryFile temporary(target);
-        {
-            juce::FileOutputStream out(temporary.getFile(), 8192);
-            if (out.failedToOpen() || ! out.write(resource.bytes.getData(), resource.bytes.getSize()))
-            {
-                ok = false;
-                continue;
-            }
-            out.flush();
-            if (out.getStatus().failed())
-            {
-                ok = false;
-                continue;
-            }
-        }
-        ok = temporary.overwriteTargetFileWithTemporary() && ok;
+        ok = SafeFileWrite::replace(target, resource.bytes.getData(), resource.bytes.getSize()).wasOk() && ok;
     }
     return ok;
 }

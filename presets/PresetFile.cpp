@@ -2,6 +2,7 @@
 
 #include "imaging/ImageFileReader.h"
 #include "imaging/ImageRGBAPixelData.h"
+#include "imaging/SafeFileWrite.h"
 
 namespace PresetFile
 {
@@ -158,16 +159,8 @@ bool writeFile(const juce::File& presetFile, const SxPropertySet& settings, cons
     if (! presetFile.getParentDirectory().createDirectory())
         return false;
 
-    juce::TemporaryFile temporary(presetFile);
-    {
-        juce::FileOutputStream out(temporary.getFile(), 16384);
-        if (out.failedToOpen() || ! write(out, settings, composite))
-            return false;
-        out.flush();
-        if (out.getStatus().failed())
-            return false;
-    }
-    if (! temporary.overwriteTargetFileWithTemporary())
+    juce::MemoryOutputStream out;
+    if (! write(out, settings, composite) || SafeFileWrite::replace(presetFile, out.getData(), out.getDataSize()).failed())
         return false;
     // A companion picture would be shown instead of the new embedded preview.
     const juce::File companion = presetFile.withFileExtension("jpg");

@@ -20,6 +20,9 @@ add_executable(document_readers_asan_tests
   ${CMAKE_SOURCE_DIR}/imaging/ImageScaling.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageRGBAPixelData.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageFileReader.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/SafeFileWrite.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/ImageLimits.cpp
+  ${CMAKE_SOURCE_DIR}/imaging/FileBytes.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageFileType.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ExifReader.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ColorProfile.cpp)

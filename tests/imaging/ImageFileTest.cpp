@@ -7,6 +7,8 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <lcms2.h>
 #include <tiffio.h>
 
@@ -132,7 +134,9 @@ TEST(ImageFiles, ExifOrientationTurnsThePicture)
 
     struct Case { int orientation, width, height; juce::Point<int> bright; };
     for (const Case c : { Case { 1, 64, 32, { 8, 8 } }, Case { 6, 32, 64, { 24, 8 } },   // 90° clockwise: top left to top right
-                          Case { 3, 64, 32, { 56, 24 } }, Case { 8, 32, 64, { 8, 56 } } })
+                          Case { 3, 64, 32, { 56, 24 } }, Case { 8, 32, 64, { 8, 56 } },
+                          Case { 2, 64, 32, { 56, 8 } }, Case { 4, 64, 32, { 8, 24 } },   // mirrored
+                          Case { 5, 32, 64, { 8, 8 } }, Case { 7, 32, 64, { 24, 56 } } })
     {
         const auto file = withOrientation(jpeg, c.orientation);
         const auto decoded = ImageFileReader::readMemory(file.getData(), file.getSize(), ImageFileType::jpeg);
@@ -147,6 +151,15 @@ TEST(ImageFiles, ExifOrientationTurnsThePicture)
             brightCorners += isBright(*decoded.image, corner.x, corner.y) ? 1 : 0;
         EXPECT_EQ(brightCorners, 1) << c.orientation;
     }
+
+    // Orientation 5 is the stored picture transposed, pixel for pixel.
+    const auto stored = ImageFileReader::readMemory(jpeg.getData(), jpeg.getSize(), ImageFileType::jpeg);
+    const auto five = withOrientation(jpeg, 5);
+    const auto transposed = ImageFileReader::readMemory(five.getData(), five.getSize(), ImageFileType::jpeg);
+    ASSERT_TRUE(stored.ok() && transposed.ok());
+    for (int y = 0; y < stored.image->height; ++y)
+        for (int x = 0; x < stored.image->width; ++x)
+            ASSERT_EQ(std::memcmp(stored.image->pixelAt(x, y), transposed.image->pixelAt(y, x), 4), 0) << x << "," << y;
 }
 
 TEST(ImageFiles, TiffFromAnotherWriterKeepsRowOrderAndSixteenBitsAndCapitalExtensions)
@@ -281,31 +294,39 @@ TEST(ImageFiles, FailedWritesLeaveNoFileAndKeepAnExistingOne)
     EXPECT_EQ(temp.folder.getNumberOfChildFiles(juce::File::findFiles | juce::File::ignoreHiddenFiles), 1);
 }
 
-TEST(ImageFiles, ShortWriteOnAFullDiskKeepsTheOldFile)
+TEST(ImageFiles, ShortWriteOnAFullDiskKeepsTheOldFileByteForByte)
 {
-    // A file size limit stands in for a full disk: the write stops short without a signal.
+    // A file size limit stands in for a full disk. The write runs in a child process with the
+    // signal's default action, which kills a writer that does not ignore it.
     TempFolder temp;
     SxImageRgbaBytes noise(300, 300);
     juce::Random random(7);
     for (size_t i = 0; i < noise.byteCount(); ++i)
         noise.pixels[i] = (uint8_t) random.nextInt(256);
-    const auto existing = temp.file("keep.png");
-    ASSERT_TRUE(existing.replaceWithText("precious"));
-
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old {};
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    rlimit small = old;
-    small.rlim_cur = 4096;
-    ::setrlimit(RLIMIT_FSIZE, &small);
     for (auto type : { ImageFileType::png, ImageFileType::jpeg, ImageFileType::tiff })
     {
-        const auto result = ImageFileWriter::write(noise, existing, type);
-        EXPECT_TRUE(result.failed()) << ImageFileTypes::extensionFor(type);
-    }
-    ::setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
+        const auto existing = temp.file("keep." + ImageFileTypes::extensionFor(type));
+        ASSERT_TRUE(ImageFileWriter::write(quadrants(20, 20), existing, type).wasOk());
+        juce::MemoryBlock before;
+        existing.loadFileAsData(before);
 
-    EXPECT_EQ(existing.loadFileAsString(), "precious");
-    EXPECT_EQ(temp.folder.getNumberOfChildFiles(juce::File::findFiles | juce::File::ignoreHiddenFiles), 1);
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0)
+        {
+            std::signal(SIGXFSZ, SIG_DFL);
+            rlimit small { 4096, 4096 };
+            ::setrlimit(RLIMIT_FSIZE, &small);
+            ::_exit(ImageFileWriter::write(noise, existing, type).failed() ? 0 : 1);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << ImageFileTypes::extensionFor(type) << " status " << status;
+
+        juce::MemoryBlock after;
+        existing.loadFileAsData(after);
+        EXPECT_EQ(after, before) << ImageFileTypes::extensionFor(type);
+    }
+    // No temporary file is left, hidden or not.
+    EXPECT_EQ(temp.folder.getNumberOfChildFiles(juce::File::findFiles), 3);
 }
