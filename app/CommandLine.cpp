@@ -37,14 +37,77 @@ juce::String stripQuotes(const juce::String& text)
     return t;
 }
 
+juce::StringArray splitArguments(const juce::String& text)
+{
+    juce::StringArray arguments;
+    juce::String current;
+    bool quoted = false, started = false;
+    for (auto c : text)
+    {
+        if (c == '"')
+            quoted = !quoted;
+        if (!quoted && juce::CharacterFunctions::isWhitespace(c))
+        {
+            if (started)
+                arguments.add(current);
+            current.clear();
+            started = false;
+            continue;
+        }
+        current += c;
+        started = true;
+    }
+    if (started)
+        arguments.add(current);
+    return arguments;
+}
+
+namespace
+{
+/** Where the switch is, and what was glued to it ("-r\"/a.png\",..."): -1 when there is none. */
+int renderSwitch(const juce::StringArray& arguments, juce::String& glued)
+{
+    for (int i = 0; i < arguments.size(); ++i)
+    {
+        const auto& a = arguments[i];
+        if (a == "-r")
+            return i;
+        if (a.startsWith("-r\"") || a.startsWith("-r/"))
+        {
+            glued = a.substring(2);
+            return i;
+        }
+    }
+    return -1;
+}
+} // namespace
+
+bool isRenderRequest(const juce::StringArray& arguments)
+{
+    juce::String glued;
+    return renderSwitch(arguments, glued) >= 0;
+}
+
 bool isRenderRequest(const juce::String& text)
 {
-    return text.contains("-r");
+    return isRenderRequest(splitArguments(text));
 }
 
 RenderJob parseRender(const juce::String& text)
 {
-    auto t = stripQuotes(text.replace("-r", "").trim());
+    return parseRender(splitArguments(text));
+}
+
+RenderJob parseRender(const juce::StringArray& arguments)
+{
+    juce::String glued;
+    const int at = renderSwitch(arguments, glued);
+    juce::StringArray rest;
+    if (glued.isNotEmpty())
+        rest.add(glued);
+    for (int i = at + 1; at >= 0 && i < arguments.size(); ++i)
+        rest.add(arguments[i]);
+    auto t = stripQuotes(rest.joinIntoString(" ").trim());
 
     RenderJob job;
     const int comma = t.indexOfChar(',');
@@ -65,8 +128,7 @@ RenderJob parseRender(const juce::String& text)
 juce::File fileToOpen(const juce::String& text, const juce::File& workingDirectory)
 {
     auto path = text.containsChar('"') ? stripQuotes(text) : text;
-    auto file = resolve(path.trim(), workingDirectory);
-    return file.existsAsFile() ? file : juce::File();
+    return resolve(path.trim(), workingDirectory);
 }
 
 SecondInstanceRequest routeSecondInstance(const juce::String& text, const juce::String& projectExtension,

@@ -18,16 +18,23 @@ struct RenderJob
     juce::String output;
 };
 
-/** True when the text asks for a render: it contains "-r". */
+/** Splits a joined command line into its arguments: spaces separate them except inside double
+    quotes, which stay part of the argument. */
+juce::StringArray splitArguments(const juce::String& text);
+
+/** True when an argument is the switch "-r" (alone, or glued to a quoted or absolute path). Only
+    whole arguments count: "x-ray.png" or "my-render.png" are names, not switches. */
+bool isRenderRequest(const juce::StringArray& arguments);
 bool isRenderRequest(const juce::String& text);
 
-/** Parses "-r input,output". Without a comma the whole text is the input and the output is empty.
-    An input that is relative or names no existing file gives a job with render false, which
-    makes the program start normally. */
+/** Parses "-r input,output" from the arguments after the switch. Without a comma the whole text
+    is the input and the output is empty. An input that is relative or names no existing file gives
+    a job with render false, which makes the program start normally. */
+RenderJob parseRender(const juce::StringArray& arguments);
 RenderJob parseRender(const juce::String& text);
 
-/** The file a plain command line names, resolved against workingDirectory when relative; a file
-    that does not exist gives File(). */
+/** The file a plain command line names, resolved against workingDirectory when relative, whether
+    or not it exists (the window says why it cannot open one); empty text gives File(). */
 juce::File fileToOpen(const juce::String& text, const juce::File& workingDirectory);
 
 /** Where a second launch's command line goes. */

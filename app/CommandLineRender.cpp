@@ -9,6 +9,17 @@
 
 namespace CommandLineRender
 {
+namespace
+{
+juce::StringArray argumentsOf(int argc, const char* const* argv)
+{
+    juce::StringArray arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.add(juce::String::fromUTF8(argv[i]));
+    return arguments;
+}
+} // namespace
+
 juce::Result run(const juce::File& input, const juce::String& output, juce::File& written)
 {
     RenderOptions options; // the effect's defaults: no preset, no random settings
@@ -24,22 +35,19 @@ juce::Result run(const juce::File& input, const juce::String& output, juce::File
 
 juce::String joinArguments(int argc, const char* const* argv)
 {
-    juce::StringArray arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.add(juce::String::fromUTF8(argv[i]));
-    return arguments.joinIntoString(" ");
+    return argumentsOf(argc, argv).joinIntoString(" ");
 }
 
 bool wantsHeadlessRun(int argc, const char* const* argv)
 {
     const char* display = std::getenv("DISPLAY");
-    return (display == nullptr || *display == 0) && CommandLine::isRenderRequest(joinArguments(argc, argv));
+    return (display == nullptr || *display == 0) && CommandLine::isRenderRequest(argumentsOf(argc, argv));
 }
 
 int runHeadless(int argc, const char* const* argv)
 {
     juce::ScopedJuceInitialiser_GUI juce; // JUCE's services; no window is made
-    const auto job = CommandLine::parseRender(joinArguments(argc, argv));
+    const auto job = CommandLine::parseRender(argumentsOf(argc, argv));
     if (!job.render)
     {
         std::fprintf(stderr, "tornvale: nothing to render: the input must be an existing file named by an absolute path\n");

@@ -139,6 +139,7 @@ void GenericApplication::openFromCommandLine(const juce::String& text)
         return;
     }
 
+    // A name that cannot be opened (missing, a folder, no picture) gets the window's alert.
     const auto file = CommandLine::fileToOpen(text, juce::File::getCurrentWorkingDirectory());
     if (file != juce::File())
         mainComponent->openImage(file, true);

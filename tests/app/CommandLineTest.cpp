@@ -70,12 +70,32 @@ TEST_F(CommandLineFiles, RenderOfMissingOrRelativeInputStartsNormally)
     EXPECT_FALSE(CommandLine::parseRender("-r").render);
 }
 
-TEST_F(CommandLineFiles, PlainPathIsResolvedAndMustExist)
+TEST_F(CommandLineFiles, PlainPathIsResolvedEvenWhenTheWindowCannotOpenIt)
 {
     EXPECT_EQ(CommandLine::fileToOpen(path(input).quoted(), juce::File("/")), input);
     EXPECT_EQ(CommandLine::fileToOpen("in put.png", folder), input);
-    EXPECT_EQ(CommandLine::fileToOpen("missing.png", folder), juce::File());
-    EXPECT_EQ(CommandLine::fileToOpen(path(folder), juce::File("/")), juce::File()); // a folder is no picture
+    EXPECT_EQ(CommandLine::fileToOpen("missing.png", folder), folder.getChildFile("missing.png"));
+    EXPECT_EQ(CommandLine::fileToOpen("", folder), juce::File());
+}
+
+TEST_F(CommandLineFiles, SwitchIsAWholeArgumentNeverTextInsideAName)
+{
+    // Names with "-r" in them are names.
+    for (const char* name : { "x-ray.png", "t-rex.png", "/a/my-render.png", "\"/a b/x-ray.png\"" })
+        EXPECT_FALSE(CommandLine::isRenderRequest(juce::String(name))) << name;
+
+    const auto trex = folder.getChildFile("t-rex.png");
+    ASSERT_TRUE(trex.replaceWithText("x"));
+    const auto output = folder.getChildFile("my-render.png");
+    const auto job = CommandLine::parseRender("-r " + path(trex) + "," + path(output));
+    EXPECT_TRUE(job.render);
+    EXPECT_EQ(job.input, path(trex));
+    EXPECT_EQ(job.output, path(output));
+
+    // argv as the shell hands it over, a space inside one argument.
+    const auto fromArgv = CommandLine::parseRender(juce::StringArray { "-r", path(input) + "," + path(output) });
+    EXPECT_EQ(fromArgv.input, path(input));
+    EXPECT_EQ(fromArgv.output, path(output));
 }
 
 TEST_F(CommandLineFiles, SecondLaunchRoutesProjectsAndImages)
