@@ -6,6 +6,8 @@
 #include "effect/TornvaleEffect.h"
 #include "imaging/ImageFileReader.h"
 #include "imaging/ImageFileWriter.h"
+#include "imaging/ImageLimits.h"
+#include "cli/render/RenderOutput.h"
 #include "presets/BuiltInPresets.h"
 #include "presets/PresetFile.h"
 
@@ -268,20 +270,20 @@ RenderOutcome RenderJob::renderOne(const juce::File& input, const juce::File& ou
     writeOptions.resolutionX = dpiX;
     writeOptions.resolutionY = dpiY;
     writeOptions.jpegQuality = 92;
-    const auto type = ImageFileTypes::fromPath(output.getFullPathName());
-    const auto written = ImageFileWriter::write(*result, output, type, writeOptions);
+    const auto written = RenderOutput::write(*result, output, input, options.overwrite, writeOptions, outcome.output);
     if (written.failed())
     {
         outcome.reason = written.getErrorMessage();
         return outcome;
     }
     outcome.ok = true;
-    outcome.output = output;
     return outcome;
 }
 
 int RenderJob::run(juce::OutputStream& log)
 {
+    if (options.maxMegapixels > 0.0)
+        ImageLimits::setMaximumMegapixels(options.maxMegapixels);
     SxPropertySet presetSettings;
     juce::String reason;
     if (!loadPreset(presetSettings, reason) || !loadMask(reason))
@@ -295,6 +297,11 @@ int RenderJob::run(juce::OutputStream& log)
     {
         log << "tornvale-render: no images or projects found in the inputs\n";
         return 1;
+    }
+    if (const auto problem = RenderOutput::problemBeforeRender(options, inputs); problem.isNotEmpty())
+    {
+        log << "tornvale-render: " << problem << "\nTry 'tornvale-render --help'.\n";
+        return 2;
     }
     if (options.output.isNotEmpty() && inputs.size() > 1)
     {
@@ -310,9 +317,19 @@ int RenderJob::run(juce::OutputStream& log)
     for (int i = 0; i < inputs.size(); ++i)
     {
         const auto& input = inputs.getReference(i);
-        const auto output = freeName(outputFor(input, inputs.size()), options.overwrite);
+        const auto wanted = outputFor(input, inputs.size());
+        const auto output = freeName(wanted, options.overwrite && !RenderOutput::isSameFile(wanted, input));
         const auto started = juce::Time::getMillisecondCounterHiRes();
-        const auto outcome = renderOne(input, output, options.preset.isNotEmpty() ? &presetSettings : nullptr);
+        RenderOutcome outcome;
+        try
+        {
+            outcome = renderOne(input, output, options.preset.isNotEmpty() ? &presetSettings : nullptr);
+        }
+        catch (const std::bad_alloc&)
+        {
+            // One picture too big for this machine must not cost the rest of the batch.
+            outcome.reason = "out of memory: the picture needs more memory than is free";
+        }
         const auto seconds = (juce::Time::getMillisecondCounterHiRes() - started) / 1000.0;
         if (outcome.ok)
             log << "tornvale-render: [" << (i + 1) << "/" << inputs.size() << "] " << input.getFullPathName() << " -> "

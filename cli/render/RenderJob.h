@@ -49,7 +49,8 @@ public:
 
     RenderOutcome renderOne(const juce::File& input, const juce::File& output, const SxPropertySet* presetSettings) const;
 
-    /** The whole run: returns the exit status (0 all written, 1 some failed). */
+    /** The whole run: returns the exit status (0 all written, 1 some failed, 2 the output options
+        make no sense, found before anything renders). */
     int run(juce::OutputStream& log);
 
 private:

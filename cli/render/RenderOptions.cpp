@@ -102,6 +102,17 @@ std::optional<RenderOptions> parse(const juce::StringArray& arguments, juce::Str
             }
             options.randomSettings = v->getLargeIntValue();
         }
+        else if (argument == "--max-megapixels")
+        {
+            auto v = value("--max-megapixels");
+            if (!v) return std::nullopt;
+            if (!isNumber(*v) || v->getDoubleValue() <= 0.0)
+            {
+                error = "--max-megapixels needs a positive number";
+                return std::nullopt;
+            }
+            options.maxMegapixels = v->getDoubleValue();
+        }
         else if (argument == "--size")
         {
             auto v = value("--size");
@@ -147,6 +158,7 @@ juce::String helpText()
            "  --seed N             random settings from N, the same for the same N\n"
            "  --size full|preview  render at full size (default) or fitted into 1500 x 1500\n"
            "  --overwrite          replace existing outputs (default: number them, NAME (1).EXT)\n"
+           "  --max-megapixels N   read pictures up to N megapixels (default 150)\n"
            "  --list-presets       list the presets (writing the built-ins first if none exist)\n"
            "  -h, --help           this text\n"
            "\n"

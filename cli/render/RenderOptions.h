@@ -17,6 +17,7 @@ struct RenderOptions
     std::vector<std::pair<juce::String, juce::String>> settings; // --set KEY=VALUE, in order
     std::optional<juce::int64> randomSettings; // --seed N
     bool previewSize = false;      // --size preview: fit into 1500 × 1500
+    double maxMegapixels = 0.0;    // --max-megapixels N: raises the readers' limit (0: the default)
     bool overwrite = false;
     bool listPresets = false;
     bool help = false;

@@ -58,9 +58,32 @@ check "missing.png cannot be read" grep -q "missing.png: cannot read" "$work/log
 check "only the good input has an output" test "$(ls "$work/out")" = "chelsea_tornvale.png"
 
 # An unwritable place: a clear line, status 1, no file and no half file.
-"$render" -o /proc/no-such-folder/out.png "$work/chelsea.png" 2>"$work/log3"; status=$?
+"$render" -o /proc/out.png "$work/chelsea.png" 2>"$work/log3"; status=$?
 check "unwritable output: status 1" test "$status" -eq 1
 check "unwritable output is named" grep -q "cannot write" "$work/log3"
+
+# A header that claims 16384 x 16384 between two good photos: refused by name, the others written.
+printf '\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x40\0\0\0\x40\0\x08\x06\0\0\0\xa9\xc8\x10\x84' > "$work/huge.png"
+mkdir "$work/batch"
+"$render" -o "$work/batch" "$work/coffee.png" "$work/huge.png" "$work/chelsea.png" 2>"$work/log4"; status=$?
+check "a refused picture in a batch: status 1" test "$status" -eq 1
+check "the refused picture is named" grep -q "huge.png: too large: 16384 x 16384" "$work/log4"
+check "the pictures around it are written" test "$(ls "$work/batch" | wc -l)" -eq 2
+
+# Two renders started together to one new name give two files.
+"$render" -o "$work/same.png" "$work/coffee.png" 2>/dev/null & first=$!
+"$render" -o "$work/same.png" "$work/coffee.png" 2>/dev/null
+wait "$first"
+check "two renders to one name give two files" test -f "$work/same.png" -a -f "$work/same (1).png"
+
+# Output options that cannot work are usage errors (2) before anything renders or is written.
+cp "$work/coffee.png" "$work/own.png"
+for args in "--format jpg -o $work/u.png" "-o $work/newdir/" "-o $work/nofolder/u.png" "-o $work/u.bmp" \
+            "--overwrite -o $work/own.png"; do
+    "$render" $args "$work/own.png" 2>"$work/log5"; status=$?
+    check "usage error (2): $args" test "$status" -eq 2 -a ! -s <(ls "$work" | grep -E '^(u\.|u_|newdir|nofolder)')
+done
+check "the input is never replaced" cmp -s "$work/coffee.png" "$work/own.png"
 
 # Usage.
 "$render" --bogus "$work/chelsea.png" 2>/dev/null; status=$?
