@@ -18,6 +18,7 @@
 #include "imaging/ImageFileReader.h"
 #include "imaging/ImageFileWriter.h"
 #include "imaging/ImageFileType.h"
+#include "imaging/ImageLimits.h"
 #include "imaging/ImageStream.h"
 #include "presets/BuiltInPresets.h"
 #include "tools/SxPanTool.h"
@@ -184,6 +185,8 @@ void GenericAppComponent::buildInterface()
         [this](const juce::KeyPress& key) { return effectControlComponent != nullptr && effectControlComponent->handleKey(key); });
 
     setManualRedraw(isManualRedraw());
+    // Pictures beyond the readers' limit open when the user has raised it in the settings file.
+    ImageLimits::setMaximumMegapixels(applicationProperties->getDoubleValue("maxMegapixels", ImageLimits::defaultMegapixels));
     startTimer(topBarRepaintTimer, 600);
 }
 

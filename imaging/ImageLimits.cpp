@@ -48,7 +48,7 @@ juce::String refusal(int64_t width, int64_t height)
     const double megapixels = (double) width * (double) height / 1.0e6;
     if (megapixels > maximumMegapixels())
         return juce::String(width) + " x " + juce::String(height) + " is " + juce::String(megapixels, 1)
-               + " megapixels, over the limit of " + juce::String(maximumMegapixels(), 0) + " (--max-megapixels raises it)";
+               + " megapixels, over the limit of " + juce::String(maximumMegapixels(), 0);
     const double available = memoryAvailable();
     if (available > 0.0 && megapixels * 1.0e6 * bytesPerPixelWhileLoading > available)
         return juce::String(width) + " x " + juce::String(height) + " does not fit into the memory that is free ("

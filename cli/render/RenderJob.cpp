@@ -336,7 +336,8 @@ int RenderJob::run(juce::OutputStream& log)
                 << outcome.output.getFullPathName() << " (" << juce::String(seconds, 1) << " s)\n";
         else
         {
-            log << "tornvale-render: " << input.getFullPathName() << ": " << outcome.reason << "\n";
+            log << "tornvale-render: " << input.getFullPathName() << ": " << outcome.reason
+                << (outcome.reason.startsWith("too large") ? " (--max-megapixels raises it)\n" : "\n");
             ++failures;
         }
         log.flush();
