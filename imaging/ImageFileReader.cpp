@@ -376,6 +376,15 @@ DecodedImage readTiff(const uint8_t* data, size_t size)
         TIFFClose(tiff);
         return failure(refused);
     }
+    // Uncompressed rows take their full size in the file: a short file cannot hold the picture,
+    // and is turned away before a buffer for all of it is made.
+    uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_COMPRESSION, &compression);
+    if (compression == COMPRESSION_NONE && (uint64_t) TIFFScanlineSize64(tiff) * height > size)
+    {
+        TIFFClose(tiff);
+        return failure("not an image: the file is shorter than the picture it describes");
+    }
 
     uint16_t extraCount = 0;
     uint16_t* extraTypes = nullptr;

@@ -110,6 +110,13 @@ TEST(ImageLimits, HugeHeadersAreRefusedByNameWithoutTakingTheMemory)
     juce::MemoryInputStream in(project.getMemoryBlock(), false);
     EXPECT_EQ(ProjectFile::readPreview(in).get(), nullptr);
 
+    // With the limit raised, a PNG or an uncompressed TIFF is still measured against its bytes
+    // (or, on a small machine, against the free memory) before a buffer is made.
+    ImageLimits::setMaximumMegapixels(300);
+    for (const char* name : { "huge.png", "huge.tif" })
+        EXPECT_FALSE(ImageFileReader::read(temp.file(name)).ok()) << name;
+    ImageLimits::setMaximumMegapixels(ImageLimits::defaultMegapixels);
+
     EXPECT_LT(peakMegabytes(), 300);
 }
 
