@@ -1,4 +1,6 @@
 #include "document/HandOverFiles.h"
+#include "imaging/ImageLimits.h"
+#include "imaging/SafeFileWrite.h"
 
 #include <cmath>
 
@@ -165,6 +167,8 @@ bool readImage(juce::InputStream& in, Image& image, juce::String& error)
     const auto planes = (juce::int64) h.hiPlane - h.loPlane + 1;
     if (width < 1 || height < 1 || width > maxSide || height > maxSide)
         return fail("the rectangle is empty or too large");
+    if (const auto refused = ImageLimits::refusal(width, height); refused.isNotEmpty())
+        return fail(refused.toRawUTF8());
     if (planes < h.colourPlanes() || planes > 4)
         return fail("the planes do not match the image mode");
     const auto rowLength = width * planes * h.bytesPerSample();
@@ -285,19 +289,11 @@ Image withResult(const Image& host, const SxImageRgbaBytes& result)
 
 juce::Result writeResult(const Paths& paths, const Image& result)
 {
-    juce::TemporaryFile temporary(paths.image, juce::TemporaryFile::useHiddenFile);
-    {
-        juce::FileOutputStream out(temporary.getFile(), 1 << 16);
-        if (out.failedToOpen())
-            return juce::Result::fail("cannot create " + temporary.getFile().getFullPathName());
-        if (!writeImage(out, result))
-            return juce::Result::fail("cannot write " + temporary.getFile().getFullPathName());
-        out.flush();
-        if (out.getStatus().failed())
-            return juce::Result::fail("the disk is full or the folder is not writable");
-    }
-    if (!temporary.overwriteTargetFileWithTemporary())
-        return juce::Result::fail("cannot replace " + paths.image.getFullPathName());
+    juce::MemoryOutputStream out(result.pixels.getSize() + result.mask.getSize() + 4096);
+    if (!writeImage(out, result))
+        return juce::Result::fail("cannot write " + paths.image.getFullPathName());
+    if (const auto written = SafeFileWrite::replace(paths.image, out.getData(), out.getDataSize()); written.failed())
+        return written;
     if (!paths.flag.replaceWithText(appliedMark, false, false, "\n"))
         return juce::Result::fail("cannot mark " + paths.flag.getFullPathName());
     return juce::Result::ok();
