@@ -224,7 +224,9 @@ bool encode(const SxImageRgbaBytes& image, ImageFileType type, const ImageWriteO
 
 namespace
 {
-juce::Result checkWritable(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type)
+/** The checks every file write shares, then the picture encoded into bytes. */
+juce::Result encodeFor(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type,
+                       const ImageWriteOptions& options, juce::MemoryBlock& bytes)
 {
     if (type == ImageFileType::unknown)
         return juce::Result::fail("cannot write: unknown image format");
@@ -232,31 +234,25 @@ juce::Result checkWritable(const SxImageRgbaBytes& image, const juce::File& dest
         return juce::Result::fail("cannot write: the picture is empty");
     if (!destination.getParentDirectory().isDirectory())
         return juce::Result::fail("cannot write: no such folder");
+    if (!encode(image, type, options, bytes))
+        return juce::Result::fail("cannot write: the picture could not be encoded");
     return juce::Result::ok();
 }
 } // namespace
 
 juce::Result write(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type, const ImageWriteOptions& options)
 {
-    auto checked = checkWritable(image, destination, type);
-    if (checked.failed())
-        return checked;
     juce::MemoryBlock bytes;
-    if (!encode(image, type, options, bytes))
-        return juce::Result::fail("cannot write: the picture could not be encoded");
-    return SafeFileWrite::replace(destination, bytes.getData(), bytes.getSize());
+    const auto encoded = encodeFor(image, destination, type, options, bytes);
+    return encoded.failed() ? encoded : SafeFileWrite::replace(destination, bytes.getData(), bytes.getSize());
 }
 
 juce::Result writeNew(const SxImageRgbaBytes& image, const juce::File& destination, ImageFileType type,
                       const ImageWriteOptions& options, bool& nameTaken)
 {
     nameTaken = false;
-    auto checked = checkWritable(image, destination, type);
-    if (checked.failed())
-        return checked;
     juce::MemoryBlock bytes;
-    if (!encode(image, type, options, bytes))
-        return juce::Result::fail("cannot write: the picture could not be encoded");
-    return SafeFileWrite::createNew(destination, bytes.getData(), bytes.getSize(), nameTaken);
+    const auto encoded = encodeFor(image, destination, type, options, bytes);
+    return encoded.failed() ? encoded : SafeFileWrite::createNew(destination, bytes.getData(), bytes.getSize(), nameTaken);
 }
 } // namespace ImageFileWriter
