@@ -131,7 +131,16 @@ DecodedImage readJpeg(const uint8_t* data, size_t size)
     const bool cmyk = info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK;
     info.out_color_space = cmyk ? JCS_CMYK : JCS_EXT_ARGB; // alpha, red, green, blue: our own order
     jpeg_start_decompress(&info);
-    image = new SxImageRgbaBytes((int) info.output_width, (int) info.output_height);
+    try
+    {
+        image = new SxImageRgbaBytes((int) info.output_width, (int) info.output_height);
+    }
+    catch (const std::bad_alloc&)
+    {
+        jpeg_destroy_decompress(&info);
+        std::free(icc);
+        return failure("too large: not enough free memory to decode the picture");
+    }
     if (cmyk)
         cmykRow = static_cast<uint8_t*>(std::malloc((size_t) info.output_width * 4));
     while (info.output_scanline < info.output_height)
@@ -427,12 +436,20 @@ DecodedImage readMemory(const void* data, size_t size, ImageFileType type)
     // The name decides the codec, but a file whose bytes say otherwise is read for what it is.
     if (actual != ImageFileType::unknown)
         type = actual;
-    switch (type)
+    try
     {
-        case ImageFileType::jpeg: return readJpeg(bytes, size);
-        case ImageFileType::png: return readPng(bytes, size);
-        case ImageFileType::tiff: return readTiff(bytes, size);
-        case ImageFileType::unknown: break;
+        switch (type)
+        {
+            case ImageFileType::jpeg: return readJpeg(bytes, size);
+            case ImageFileType::png: return readPng(bytes, size);
+            case ImageFileType::tiff: return readTiff(bytes, size);
+            case ImageFileType::unknown: break;
+        }
+    }
+    catch (const std::bad_alloc&)
+    {
+        // The header passed the limits, but the machine has less memory than it said it had free.
+        return failure("too large: not enough free memory to decode the picture");
     }
     return failure("not an image: unknown format");
 }
