@@ -1,6 +1,7 @@
 #include "imaging/FileBytes.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
