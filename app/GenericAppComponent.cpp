@@ -8,6 +8,7 @@
 #include "app/HostSession.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
+#include "app/PresetActions.h"
 #include "app/PresetNamePanel.h"
 #include "app/RenderThread.h"
 #include "app/ThreadedActivityWindow.h"
@@ -21,6 +22,7 @@
 #include "imaging/ImageLimits.h"
 #include "imaging/ImageStream.h"
 #include "presets/BuiltInPresets.h"
+#include "presets/PresetManager.h"
 #include "tools/SxPanTool.h"
 #include "tools/SxToolSwitcher.h"
 #include "ui/SxAlertComponent.h"
@@ -87,6 +89,10 @@ GenericAppComponent::~GenericAppComponent()
     // The panel points into the effect and the top bar owns the pan tool the document may hold.
     keyRoute.reset();
     effectControlComponent.reset();
+    if (presetActions != nullptr)
+        presetActions->stopPreviewThread();
+    presetManager.reset();
+    presetActions.reset();
     topBar.reset();
     toolSwitcher.reset();
     document.reset();
@@ -143,6 +149,10 @@ void GenericAppComponent::initializeApplication()
 
     layerManager = std::make_unique<LayerManager>(this);
     createEffects();
+    // A first start, or a folder the user emptied, gets the built-in presets.
+    if (!BuiltInPresets::hasPresets(BuiltInPresets::getPresetFolder()))
+        BuiltInPresets::writeDefaultPresets(BuiltInPresets::getPresetFolder());
+    presetActions = std::make_unique<PresetActions>(*this);
 
     document = std::make_unique<GenericAppDocument>(applicationProperties.get());
     document->setComponentID("document");
@@ -183,6 +193,14 @@ void GenericAppComponent::buildInterface()
     keyRoute = std::make_unique<DocumentKeyRoute>(
         *this, [this] { return getCurrentTool(); }, topBar->getPanTool(),
         [this](const juce::KeyPress& key) { return effectControlComponent != nullptr && effectControlComponent->handleKey(key); });
+
+    presetManager = std::make_unique<PresetManager>(*presetActions, "Tornvale", BuiltInPresets::getPresetFolder(), applicationProperties.get());
+    presetManager->setRightEdge("effectControlComponent.left");
+    addAndMakeVisible(*presetManager);
+    presetActions->setManager(presetManager.get());
+    presetManager->setOpen(applicationProperties->getBoolValue("PresetManagerOpened", true), false);
+    // The picture ends where the strip begins, and keeps the band under it when the strip is away.
+    SxComponent::place(*document, "30, 34, left+parent.width - 300, min(presetControlComponent.top, parent.height - 116)");
 
     setManualRedraw(isManualRedraw());
     // Pictures beyond the readers' limit open when the user has raised it in the settings file.
@@ -287,6 +305,8 @@ bool GenericAppComponent::askAboutUnsavedChanges(const juce::String& pathToOpen,
 
 void GenericAppComponent::waitForRender()
 {
+    if (presetActions != nullptr)
+        presetActions->stopPreviewThread();
     if (currentRenderThread == nullptr)
         return;
     // A preview render is never cancelled half-way: it holds the GL context and the layers.
@@ -508,6 +528,8 @@ void GenericAppComponent::startPreviewRender(const LayerRect& region, bool showB
     if (!clamped.meansWholePicture())
         clamped = clamped.clampedTo(LayerRect::wholeOf(*previewImage));
 
+    if (presetActions != nullptr)
+        presetActions->stopPreviewThread(); // the GL context is one; the render takes it
     rendering = true;
     if (showBusy)
         document->setShowActivity(true, "Rendering...");
@@ -541,6 +563,8 @@ void GenericAppComponent::renderImmediate()
 {
     if (previewImage.get() == nullptr || layerManager == nullptr)
         return;
+    if (presetActions != nullptr)
+        presetActions->stopPreviewThread();
     layerManager->setHighQuality(false);
     showRenderedImage(layerManager->render(nullptr, false, false));
 }
@@ -910,6 +934,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
         for (int i = 0; i < pairs.size(); ++i)
             text << "param " << pairs.getAllKeys()[i] << '=' << pairs.getAllValues()[i] << '\n';
     }
+    if (presetManager != nullptr)
+        text << presetManager->describe();
     auto* alert = SxAlertComponent::findIn(*this);
     const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
     text << "state rendering=" << (rendering ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
@@ -1179,7 +1205,7 @@ void GenericAppComponent::savePresetDialog()
 {
     if (!hasDocument() || jobRunning || getEffectLayer() == nullptr)
         return;
-    PresetNamePanel::show(*this, "My Preset", [this](const juce::String& name) { savePresetNamed(name); });
+    PresetNamePanel::show(*this, "My Preset", [this](const juce::String& name) { presetActions->saveNamed(name); });
 }
 
 bool GenericAppComponent::savePresetNamed(const juce::String& name)
@@ -1213,6 +1239,8 @@ bool GenericAppComponent::savePresetNamed(const juce::String& name)
         return false;
     }
     log("Saved preset " + file.getFullPathName());
+    if (presetActions != nullptr)
+        presetActions->presetSaved(file);
     return true;
 }
 
@@ -1267,7 +1295,7 @@ void GenericAppComponent::getCommandInfo(juce::CommandID commandID, juce::Applic
     if (jobRunning)
         result.setActive(false);
     if (commandID == AppCommands::hidePanels)
-        result.setTicked(!effectPanelOpen);
+        result.setTicked(!effectPanelOpen && (presetManager == nullptr || !presetManager->isOpen()));
     if (commandID == AppCommands::penGesture)
         result.setTicked(isPenGestureOn());
 }
@@ -1296,7 +1324,15 @@ bool GenericAppComponent::perform(const InvocationInfo& info)
         case AppCommands::zoomOut: document->zoomOut(); break;
         case AppCommands::fitInWindow: document->fitToWindow(true); break;
         case AppCommands::actualSize: document->actualSize(); break;
-        case AppCommands::hidePanels: setEffectPanelOpen(!effectPanelOpen, true); break;
+        case AppCommands::hidePanels:
+        {
+            // One key for both panels: any panel up means hide them all.
+            const bool show = !effectPanelOpen && (presetManager == nullptr || !presetManager->isOpen());
+            setEffectPanelOpen(show, true);
+            if (presetManager != nullptr)
+                presetManager->setOpen(show, true);
+            break;
+        }
         case AppCommands::penGesture: togglePenGesture(); break;
         case AppCommands::about: showAboutAlert(); break;
         case AppCommands::revealPresetFolder:

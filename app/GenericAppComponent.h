@@ -24,6 +24,8 @@
 class DocumentKeyRoute;
 class GenericAppComponent;
 class MainTopBar;
+class PresetActions;
+class PresetManager;
 class EffectControlPanel;
 class HostSession;
 class RenderThread;
@@ -113,6 +115,7 @@ public:
         "Don't Save". True when proceed ran before returning. */
     bool askAboutUnsavedChanges(const juce::String& pathToOpen, std::function<void()> proceed);
     bool isFreshProject() const;
+    bool isJobRunning() const { return jobRunning; }
     bool hasDocument() const { return originalImage.get() != nullptr && previewImage.get() != nullptr; }
     const juce::File& getProjectFile() const { return projectFile; }
 
@@ -230,6 +233,8 @@ public:
     SxImageRgbaBytes* getPreviewImage() const { return previewImage.get(); }
     SxImageRgbaBytes* getDisplayImage() const { return displayImage.get(); }
     LayerManager* getLayerManager() const { return layerManager.get(); }
+    PresetManager* getPresetManager() const { return presetManager.get(); }
+    PresetActions* getPresetActions() const { return presetActions.get(); }
     Layer* getEffectLayer() const { return layerManager != nullptr ? layerManager->getEffectLayer() : nullptr; }
 
     /** Where settings and working files live: the user's configuration folder plus the name. */
@@ -327,6 +332,8 @@ protected:
     std::unique_ptr<GenericAppDocument> document;
     std::unique_ptr<MainTopBar> topBar;
     std::unique_ptr<EffectControlPanel> effectControlComponent;
+    std::unique_ptr<PresetActions> presetActions;
+    std::unique_ptr<PresetManager> presetManager;
     std::unique_ptr<SxToolSwitcher> toolSwitcher;
     std::unique_ptr<HostSession> hostSession;
     std::unique_ptr<DocumentKeyRoute> keyRoute;

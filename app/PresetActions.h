@@ -1,0 +1,69 @@
+#pragma once
+// What the application does for the preset strip: applies a clicked preset to the effect as one
+// step of the history, saves the present settings under a name (asking before it replaces a
+// preset), keeps the strip in step with the files, and runs the thread that renders thumbnails
+// from the open picture when that is switched on.
+
+#include "presets/PresetManagerCallback.h"
+
+#include <juce_events/juce_events.h>
+
+#include <memory>
+
+class GenericAppComponent;
+class PresetManager;
+class RenderPresetImagePreviewsThread;
+
+class PresetActions : public PresetManagerCallback, private juce::MultiTimer
+{
+public:
+    explicit PresetActions(GenericAppComponent& owner);
+    ~PresetActions() override;
+
+    /** The strip whose list follows the files; may be null (no interface). */
+    void setManager(PresetManager* strip) { manager = strip; }
+
+    void presetClicked(const juce::String& path) override;
+    void presetDeleted(const juce::String& path) override;
+    void randomizeEffect() override;
+    void savePresetRequested() override;
+    void refreshPreviews() override;
+    bool hasSourceImage() override;
+
+    /** Reads the preset and applies it to the effect with one history record; false (and no
+        change) when busy or when the file has nothing to apply. */
+    bool applyPresetFile(const juce::File& file);
+    /** Saves under name, asking "Replace Preset?" first when a preset of that name exists. True
+        when written now; false when it failed or the question is showing. */
+    bool saveNamed(const juce::String& name);
+    /** The main component wrote file: drop its old preview, show it in the strip shortly. */
+    void presetSaved(const juce::File& file);
+
+    /** Whether thumbnails are rendered from the open picture. This program shows the stored
+        pictures; the renderer is kept working for when it is switched on. */
+    bool rendersPreviews = false;
+    /** Stops and deletes the preview thread, waiting for it: before the document changes, the
+        files change, or a render takes the GL context. */
+    void stopPreviewThread();
+    RenderPresetImagePreviewsThread* getPreviewThread() const { return previewThread.get(); }
+
+    /** A click waits this long before it applies, so that a second click replaces it. */
+    static constexpr int applyDelayMs = 100;
+
+    enum TimerIds
+    {
+        applyTimer = 300,
+        styleTimer = 302,
+        rebuildTimer = 500,
+        previewsTimer = 3005
+    };
+
+private:
+    void timerCallback(int timerID) override;
+    bool busy() const;
+
+    GenericAppComponent& component;
+    PresetManager* manager = nullptr;
+    juce::String pendingPresetFile;
+    std::unique_ptr<RenderPresetImagePreviewsThread> previewThread;
+};
