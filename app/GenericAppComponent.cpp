@@ -27,6 +27,7 @@
 #include "tools/SxToolSwitcher.h"
 #include "ui/SxAlertComponent.h"
 #include "ui/SxComponent.h"
+#include "ui/SxSlider.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -909,6 +910,9 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
                  << r.getHeight() << '\n';
             if (auto* entries = dynamic_cast<ComponentMapEntries*>(&c))
                 text << entries->componentMapEntries();
+            // What a control shows, so a script can tell that the panel follows an applied preset.
+            if (auto* slider = dynamic_cast<SxSlider*>(&c))
+                text << "slider " << name << ' ' << slider->getSlider()->getValue() << '\n';
         }
         for (auto* child : c.getChildren())
             visit(*child);

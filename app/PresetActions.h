@@ -47,8 +47,9 @@ public:
     void stopPreviewThread();
     RenderPresetImagePreviewsThread* getPreviewThread() const { return previewThread.get(); }
 
-    /** A click waits this long before it applies, so that a second click replaces it. */
-    static constexpr int applyDelayMs = 100;
+    /** A click waits this long before it applies, about the time between the two clicks of a
+        double click, so that a second quick click replaces it. */
+    static constexpr int applyDelayMs = 250;
 
     enum TimerIds
     {

@@ -17,7 +17,7 @@ public:
     void paint(juce::Graphics& g) override;
     void resized() override;
 
-    const juce::String& getText() const { return label.getText(); }
+    juce::String getText() const { return label.getText(); }
 
 private:
     juce::Image picture;

@@ -84,3 +84,15 @@ release_input() {
   xdotool mouseup 1 mouseup 2 mouseup 3 keyup ctrl keyup shift keyup alt >/dev/null 2>&1
   xdotool mousemove --sync 1 1 >/dev/null 2>&1 || true
 }
+
+# Waits until a condition holds; the condition is a string, evaluated afresh each time.
+wait_for() { # seconds label command...
+  local limit=$1 label=$2; shift 2
+  local end=$(( $(date +%s) + limit ))
+  until eval "$*" 2>/dev/null; do
+    [ "$(date +%s)" -ge "$end" ] && fail "$label: not within $limit s"
+    sleep 0.3
+  done
+}
+# No render and no job runs: the program takes clicks on presets and keys for the history.
+idle() { [ -f "$work/map.txt" ] && [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
