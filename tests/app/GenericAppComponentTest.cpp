@@ -3,6 +3,8 @@
 
 #include "imaging/ImageStream.h"
 
+#include "presets/PresetManager.h"
+
 #include "app/AppTestSupport.h"
 
 namespace
@@ -34,10 +36,14 @@ TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
     ASSERT_NE(xml, nullptr);
     EXPECT_NE(xml->toString().indexOf("lastVersionNumber"), -1);
 
-    // The document sits where its bounds expression puts it, and follows the parent's size.
-    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1024 - 300, 601 - 150));
+    // The document sits where its bounds expression puts it, ends where the preset strip
+    // begins, keeps the band under it when the strip is away, and follows the parent's size.
+    const int strip = PresetManager::stripHeight;
+    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1024 - 300, 601 - strip - 34));
     c.setSize(1400, 900);
-    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1100, 750));
+    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1100, 900 - strip - 34));
+    c.getPresetManager()->setOpen(false, false);
+    EXPECT_EQ(c.getDocument()->getBounds(), juce::Rectangle<int>(30, 34, 1100, 900 - 150));
 }
 
 TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
@@ -63,10 +69,11 @@ TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
     ASSERT_NE(preview, nullptr);
     EXPECT_EQ(std::memcmp(preview->pixels, original->pixels, original->byteCount()), 0);
 
-    // Fitted: 95% of the tighter side (height: 451 × 0.95 / 400), centred both ways.
+    // Fitted: 95% of the tighter side (the height above the preset strip), centred both ways.
     auto* document = c.getDocument();
     EXPECT_EQ(document->getImage(), preview);
-    EXPECT_NEAR(document->getZoom(), 451 * 0.95f / 400, 1e-5);
+    EXPECT_NEAR(document->getZoom(), document->getHeight() * 0.95f / 400, 1e-5);
+    EXPECT_LT(document->getHeight() * 600, document->getWidth() * 400) << "the height is the tighter side";
     const auto shown = document->imageBounds();
     EXPECT_NEAR(shown.getCentreX(), document->getWidth() / 2.0f, 0.01);
     EXPECT_NEAR(shown.getCentreY(), document->getHeight() / 2.0f, 0.01);

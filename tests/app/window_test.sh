@@ -64,14 +64,15 @@ thumb_of_picture() { convert "$1" -gravity center -crop 80%x80%+0+0 +repage -res
 geometry() { eval "$(xdotool getwindowgeometry --shell "$1")"; }
 
 # Crops the picture's place out of a screenshot. The content is the window less its border and
-# 22-pixel title bar; the document is at 30, 34 in it, 300 narrower and 150 lower than the content;
+# 22-pixel title bar; the document is at 30, 34 in it, 300 narrower than the content, and ends
+# where the preset strip (158 high) begins;
 # the picture is fitted into 95% of it and centred.
 thumb_of_screen() { # shot picture_width picture_height out
   geometry "$wid"
   local border=$(( (WIDTH - content_width) / 2 ))
   local cx=$(( X + border )) cy=$(( Y + HEIGHT - border - content_height ))
   awk -v cx="$cx" -v cy="$cy" -v cw="$content_width" -v ch="$content_height" -v pw="$2" -v ph="$3" 'BEGIN {
-    dw = cw - 300; dh = ch - 150
+    dw = cw - 300; dh = ch - 158 - 34
     z = dw * 0.95 / pw; if (dh * 0.95 / ph < z) z = dh * 0.95 / ph
     iw = pw * z; ih = ph * z
     ix = cx + 30 + (dw - iw) / 2; iy = cy + 34 + (dh - ih) / 2
