@@ -434,6 +434,8 @@ void GenericAppComponent::newImageLoaded()
     layerChanged();
     if (topBar != nullptr)
         topBar->updateButtons();
+    if (presetActions != nullptr)
+        presetActions->pictureChanged();
     commandStatusChanged();
 }
 

@@ -103,6 +103,14 @@ bool PresetActions::saveNamed(const juce::String& name)
     return false;
 }
 
+void PresetActions::pictureChanged()
+{
+    stopPreviewThread();
+    if (rendersPreviews && manager != nullptr)
+        manager->getList().clearRenderedPreviews();
+    startTimer(previewsTimer, 100);
+}
+
 void PresetActions::presetSaved(const juce::File& file)
 {
     stopPreviewThread();

@@ -36,6 +36,8 @@ public:
     /** Saves under name, asking "Replace Preset?" first when a preset of that name exists. True
         when written now; false when it failed or the question is showing. */
     bool saveNamed(const juce::String& name);
+    /** A new picture is open: thumbnails rendered from the old one are dropped and made anew. */
+    void pictureChanged();
     /** The main component wrote file: drop its old preview, show it in the strip shortly. */
     void presetSaved(const juce::File& file);
 

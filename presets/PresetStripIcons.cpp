@@ -11,6 +11,16 @@ juce::Path stroked(const juce::Path& lines, float thickness)
     return outline;
 }
 
+/** A round button's face: the lines cut out of a filled disc. */
+juce::Path disc(const juce::Path& lines)
+{
+    juce::Path p;
+    p.addEllipse(0.0f, 0.0f, 1.0f, 1.0f);
+    p.addPath(stroked(lines, 0.11f));
+    p.setUsingNonZeroWinding(false);
+    return p;
+}
+
 juce::Path starPath(float side)
 {
     juce::Path p;
@@ -91,11 +101,7 @@ juce::Path plus()
     lines.lineTo(0.5f, 0.8f);
     lines.startNewSubPath(0.2f, 0.5f);
     lines.lineTo(0.8f, 0.5f);
-    juce::Path p;
-    p.addEllipse(0.0f, 0.0f, 1.0f, 1.0f);
-    p.addPath(stroked(lines, 0.11f));
-    p.setUsingNonZeroWinding(false);
-    return p;
+    return disc(lines);
 }
 
 juce::Path minus()
@@ -103,10 +109,6 @@ juce::Path minus()
     juce::Path lines;
     lines.startNewSubPath(0.2f, 0.5f);
     lines.lineTo(0.8f, 0.5f);
-    juce::Path p;
-    p.addEllipse(0.0f, 0.0f, 1.0f, 1.0f);
-    p.addPath(stroked(lines, 0.11f));
-    p.setUsingNonZeroWinding(false);
-    return p;
+    return disc(lines);
 }
 } // namespace PresetStripIcons
