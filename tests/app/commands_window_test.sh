@@ -66,16 +66,6 @@ say() { echo "commands_window_test: $*"; }
 
 enabled() { awk -v id="$1" '$1 == "command" && $2 == id { print $3; exit }' "$work/map.txt"; }
 
-# Waits until a condition holds; the condition is a string, evaluated afresh each time.
-wait_for() { # seconds label command...
-  local limit=$1 label=$2; shift 2
-  local end=$(( $(date +%s) + limit ))
-  until eval "$*" 2>/dev/null; do
-    [ "$(date +%s)" -ge "$end" ] && fail "$label: not within $limit s"
-    sleep 0.3
-  done
-}
-idle() { [ -f "$work/map.txt" ] && [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
 # A render at this size takes about a second; the limit is wide because a shared machine may
 # starve the program for a while, and the trace of states says what it was doing meanwhile.
 settled() { # min_renders

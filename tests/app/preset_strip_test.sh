@@ -28,12 +28,9 @@ mkdir -p "$HOME"
 export TORNVALE_COMPONENT_MAP=$work/map.txt
 folder="$HOME/.config/Tornvale Art/EffectPresets/Tornvale"
 pid=""
-keeper=""
-if command -v xprop >/dev/null; then xprop -root -spy >/dev/null 2>&1 & keeper=$!; fi
 cleanup() {
   if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
   release_input
-  if [ -n "$keeper" ]; then kill "$keeper" 2>/dev/null; fi
   if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "preset_strip_test: files kept in $work"; else rm -rf "$work"; fi
 }
 trap cleanup EXIT
