@@ -13,28 +13,8 @@ set -uo pipefail
 
 app=$(realpath "$1")
 samples=$(realpath "$2")
-if [ -z "${DISPLAY:-}" ]; then
-  echo "preset_strip_test: no DISPLAY, skipped"
-  exit 77
-fi
-for tool in xdotool import convert compare; do
-  command -v "$tool" >/dev/null || { echo "preset_strip_test: $tool missing"; exit 1; }
-done
-
-work=$(mktemp -d)
-export HOME=$work/home
-unset XDG_CONFIG_HOME
-mkdir -p "$HOME"
-export TORNVALE_COMPONENT_MAP=$work/map.txt
+window_test_start preset_strip_test xdotool
 folder="$HOME/.config/Tornvale Art/EffectPresets/Tornvale"
-pid=""
-cleanup() {
-  if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
-  release_input
-  if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "preset_strip_test: files kept in $work"; else rm -rf "$work"; fi
-}
-trap cleanup EXIT
-release_input
 fail() {
   echo "preset_strip_test: FAIL: $*"
   grep -E '^(presetStrip|presetManager|presetThumb|presetDelete|presetFavourite|presetHoverBox|state) ' "$work/map.txt" 2>/dev/null | head -40
@@ -120,7 +100,19 @@ say "hover picture opened, closed on leaving and after ten seconds"
 
 # 5. Save: a new thumbnail with its own preview; the same name asks first and leaves one file.
 wait_for 30 "renders to end" 'idle'
-save_as() { click addPresetButton; wait_for 10 "the name panel" 'test -n "$(where presetNamePanel)"'; xdotool key ctrl+a; xdotool type --delay 30 "$1"; xdotool key Return; }
+# Now and then a click on this button right after a render started from the top bar is not
+# seen (the focus then sits on the pan tool; the commands test has met the same): it is sent
+# again, and the map's trace says how often.
+save_as() {
+  local try
+  for try in 1 2 3; do
+    click addPresetButton
+    for _ in $(seq 20); do [ -n "$(where presetNamePanel)" ] && break 2; sleep 0.25; done
+    say "the name panel did not open on click $try (focus $(state focus))"
+  done
+  wait_for 5 "the name panel" 'test -n "$(where presetNamePanel)"'
+  xdotool key ctrl+a; xdotool type --delay 30 "$1"; xdotool key Return
+}
 save_as "00 Strip Test"
 saved="$folder/00 Strip Test.pre"
 wait_for 20 "the saved preset in the strip" 'test -s "$saved" && [ "$(thumbs | head -1)" = 00_Strip_Test ] && [ "$(strip count)" = 28 ]'

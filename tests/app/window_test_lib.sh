@@ -96,3 +96,25 @@ wait_for() { # seconds label command...
 }
 # No render and no job runs: the program takes clicks on presets and keys for the history.
 idle() { [ -f "$work/map.txt" ] && [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
+
+# The start a window test shares: skipped (77) without a display, the tools checked, a fresh home
+# folder under $work with the component map beside it, and an exit that ends the program ($pid),
+# lets every button up and removes $work unless KEEP_WINDOW_TEST is set.
+window_test_start() { # name tools...
+  test_name=$1; shift
+  if [ -z "${DISPLAY:-}" ]; then echo "$test_name: no DISPLAY, skipped"; exit 77; fi
+  local tool
+  for tool in "$@"; do command -v "$tool" >/dev/null || { echo "$test_name: $tool missing"; exit 1; }; done
+  work=$(mktemp -d)
+  export HOME=$work/home TORNVALE_COMPONENT_MAP=$work/map.txt
+  unset XDG_CONFIG_HOME
+  mkdir -p "$HOME"
+  pid=""
+  trap window_test_end EXIT
+  release_input
+}
+window_test_end() {
+  if [ -n "${pid:-}" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
+  release_input
+  if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "$test_name: files kept in $work"; else rm -rf "$work"; fi
+}
