@@ -224,7 +224,10 @@ settled 1
 shot "$work/reopened.png"
 value=$(rmse "$work/reopened.png" "$work/before-quit.png")
 say "reopened project against the view before quitting: RMSE $value"
-below "$value" 0.01 || fail "the reopened picture differs (RMSE $value)"
+# The reopened render differs from the live one by a few pixels; with the picture shown just
+# under 100 % (above the preset strip) that measures 0.010 to 0.011 (0.005 at 107 %). Another
+# picture or settings measure 0.1 and more.
+below "$value" 0.02 || fail "the reopened picture differs (RMSE $value)"
 answer "$samples/chelsea.png"
 press ctrl+o
 sleep 1.5
