@@ -2,6 +2,7 @@
 
 #include "app/BrushControlPanel.h"
 #include "app/GenericAppComponent.h"
+#include "effect/EffectParameters.h"
 #include "effect/TornvaleEffect.h"
 #include "ui/SxIconButton.h"
 #include "ui/SxSlider.h"
@@ -50,7 +51,6 @@ void EffectControlPanel::setEffect(Layer* layer)
                                                                                         : std::vector<juce::Component*> {}))
         column->removeRow(row);
     controls.clear();
-    lightenSlider = brightenLightSlider = nullptr;
     randomizeEffectButton->setEnabled(effect != nullptr);
     // The brushes come and go with the effect's controls; their settings stay.
     brushPanel.reset();
@@ -68,48 +68,44 @@ void EffectControlPanel::setEffect(Layer* layer)
 
 void EffectControlPanel::buildControls()
 {
-    auto slider = [this](const char* name, const char* label, float* field, const char* tooltip) {
-        auto s = std::make_unique<SxLabelSlider>(name, label, field, this);
-        s->setTooltip(tooltip);
-        s->setSize(240, sliderRowHeight);
-        auto* raw = s.get();
-        controls.push_back(std::move(s));
+    // Names, labels, tooltips and choices come from the parameter table; only the arrangement
+    // into rows lives here.
+    auto control = [this](const char* key) -> juce::Component* {
+        const auto* row = EffectParameterTable::find(key);
+        jassert(row != nullptr);
+        std::unique_ptr<juce::Component> made;
+        if (row->isInteger())
+        {
+            juce::StringArray texts, tooltips;
+            for (auto* text : row->choices)
+                texts.add(text);
+            for (auto* tooltip : row->choiceTooltips)
+                tooltips.add(tooltip);
+            made = std::make_unique<SxLabelSegmentController>(row->widgetName, row->label, &(effect->*(row->intField)), texts,
+                                                              tooltips, this);
+            made->setSize(240, segmentRowHeight);
+        }
+        else
+        {
+            auto slider = std::make_unique<SxLabelSlider>(row->widgetName, row->label, &(effect->*(row->floatField)), this);
+            if (row->tooltip != nullptr)
+                slider->setTooltip(row->tooltip);
+            slider->setSize(240, sliderRowHeight);
+            made = std::move(slider);
+        }
+        auto* raw = made.get();
+        controls.push_back(std::move(made));
         return raw;
     };
-    auto segment = [this](const char* name, const char* label, int* field, juce::StringArray texts, juce::StringArray tooltips) {
-        auto s = std::make_unique<SxLabelSegmentController>(name, label, field, texts, tooltips, this);
-        s->setSize(240, segmentRowHeight);
-        auto* raw = s.get();
-        controls.push_back(std::move(s));
-        return raw;
-    };
 
-    auto& e = *effect;
-    auto* detail = slider("preSharpenSlider", "Detail", &e.preSharpen, "Increases the amount of intersecting lines");
-    auto* colorize = slider("colorizeSlider", "Colorize Detail", &e.colorizeEdges, "Adds color to the lines");
-    column->addRow(makePair(*detail, *colorize, sliderRowHeight));
-
-    column->addRow(segment("detailSizeSegment", "Detail Style", &e.preSharpenSize, { "Sharp", "Soft", "Glow" },
-                           { "Decreases the amount of glow color and light in the scene while retaining sharp areas.",
-                             "Creates a dreamy glow to color and light", "Exaggerates dreaminess to glow color and light" }));
-
-    column->addRow(slider("strokeLengthSlider", "Taper Length", &e.strokeLength,
-                          "Creates an abstract style with longer intersecting lines."));
-
-    column->addRow(segment("strokeStyleSegment", "Taper Style", &e.strokeStyle, { "Light", "Dark" },
-                           { "Creates white highlights and outlines", "Creates black outlines" }));
-
-    lightenSlider = slider("lightenSlider", "Lighten", &e.sharpen, "Illuminates the whole scene");
-    brightenLightSlider = slider("brightenLightSlider", "Brighten", &e.brightenLight, "Illuminates or darkens the outlines");
-    column->addRow(makePair(*lightenSlider, *brightenLightSlider, sliderRowHeight));
-
-    column->addRow(slider("postSharpenSlider", "Edge Sharpen", &e.postSharpen, "Defines and emphasizes the lines"));
-
-    auto* saturation = slider("saturationSlider", "Color Boost", &e.saturation, "Enhances the overall color");
-    auto* contrast = slider("contrastSlider", "Contrast", &e.contrast, "Darkens the shaded areas and brightens the light ones.");
-    column->addRow(makePair(*saturation, *contrast, sliderRowHeight));
-
-    column->addRow(slider("smoothingSlider", "Smoothing", &e.smoothing, "Softens and curves the lines"));
+    column->addRow(makePair(*control("preSharpen"), *control("colorizeEdges"), sliderRowHeight));
+    column->addRow(control("preSharpenSize"));
+    column->addRow(control("strokeLength"));
+    column->addRow(control("strokeStyle"));
+    column->addRow(makePair(*control("sharpen"), *control("brightenLight"), sliderRowHeight));
+    column->addRow(control("postSharpen"));
+    column->addRow(makePair(*control("saturation"), *control("contrast"), sliderRowHeight));
+    column->addRow(control("smoothing"));
 }
 
 juce::Component* EffectControlPanel::makePair(juce::Component& left, juce::Component& right, int height)
@@ -130,13 +126,14 @@ void EffectControlPanel::updateControls()
     for (auto& control : controls)
         if (auto* updatable = dynamic_cast<SxUpdateComponent*>(control.get()))
             updatable->update();
-    if (effect != nullptr && lightenSlider != nullptr && brightenLightSlider != nullptr)
-    {
-        // Dark strokes turn the two light controls into darkening ones.
-        const bool dark = effect->strokeStyle == 1;
-        lightenSlider->setLabelText(dark ? "Blacken" : "Lighten");
-        brightenLightSlider->setLabelText(dark ? "Darken" : "Brighten");
-    }
+    if (effect == nullptr)
+        return;
+    // Dark strokes turn the light controls into darkening ones.
+    const bool dark = effect->strokeStyle == 1;
+    for (const auto& row : EffectParameterTable::all())
+        if (row.darkStyleLabel != nullptr)
+            if (auto* slider = dynamic_cast<SxLabelSlider*>(findControl(row.widgetName)))
+                slider->setLabelText(dark ? row.darkStyleLabel : row.label);
 }
 
 void EffectControlPanel::controlChanged(juce::Component*)

@@ -59,7 +59,5 @@ private:
     std::unique_ptr<SxIconButton> randomizeEffectButton;
     std::unique_ptr<SxLayoutComponent> column;
     std::vector<std::unique_ptr<juce::Component>> controls;
-    SxLabelSlider* lightenSlider = nullptr;
-    SxLabelSlider* brightenLightSlider = nullptr;
     std::unique_ptr<BrushControlPanel> brushPanel;
 };

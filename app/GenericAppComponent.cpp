@@ -510,10 +510,7 @@ void GenericAppComponent::layerNeedsRender(bool showBusy, const LayerRect* regio
 
 float GenericAppComponent::getRenderScale()
 {
-    auto* base = layerManager != nullptr ? dynamic_cast<StaticImageLayer*>(layerManager->getLayer(0)) : nullptr;
-    if (base == nullptr || base->getImage() == nullptr)
-        return 1.0f;
-    return (float) juce::jmax(base->getImage()->width, base->getImage()->height) * 0.0009765625f;
+    return layerManager != nullptr ? layerManager->getRenderScale() : 1.0f;
 }
 
 void GenericAppComponent::startPreviewRender(const LayerRect& region, bool showBusy)

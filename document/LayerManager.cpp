@@ -193,13 +193,33 @@ SxImageRgbaBytes* LayerManager::recompose(const LayerRect& region)
     return render(&region, false, false);
 }
 
+SxImageRgbaBytes* LayerManager::basePicture() const
+{
+    if (layers.empty())
+        return nullptr;
+    if (auto* base = dynamic_cast<StaticImageLayer*>(layers.front()))
+        return base->getImage();
+    return layers.front()->getOutputImage();
+}
+
+float LayerManager::renderScaleFor(int width, int height)
+{
+    return (float) std::max(width, height) * 0.0009765625f;
+}
+
+float LayerManager::getRenderScale() const
+{
+    const SxImageRgbaBytes* picture = basePicture();
+    return picture != nullptr && picture->width > 0 ? renderScaleFor(picture->width, picture->height) : 1.0f;
+}
+
 SxImageRgbaBytes* LayerManager::render(const LayerRect* region, bool fastPath, bool copyResult)
 {
     if (layers.empty())
         return nullptr;
 
     LayerRenderParameters parameters;
-    parameters.scale = callback != nullptr ? callback->getRenderScale() : 1.0f;
+    parameters.scale = callback != nullptr ? callback->getRenderScale() : getRenderScale();
     parameters.highQuality = highQuality;
     parameters.fastPath = fastPath;
     parameters.fullSizeTensors = false;
@@ -212,12 +232,7 @@ SxImageRgbaBytes* LayerManager::render(const LayerRect* region, bool fastPath, b
     if (region != nullptr)
         parameters.dirtyRect = *region;
 
-    SxImageRgbaBytes* picture = nullptr;
-    if (auto* base = dynamic_cast<StaticImageLayer*>(layers.front()))
-        picture = base->getImage();
-    else
-        picture = layers.front()->getOutputImage();
-    if (picture != nullptr)
+    if (SxImageRgbaBytes* picture = basePicture())
     {
         const LayerRect whole = LayerRect::wholeOf(*picture);
         parameters.dirtyRect = parameters.dirtyRect.meansWholePicture() ? whole : parameters.dirtyRect.clampedTo(whole);

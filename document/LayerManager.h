@@ -55,6 +55,13 @@ public:
         render (that render will show the region anyway) or the stack is set for full size. */
     SxImageRgbaBytes* recompose(const LayerRect& region);
 
+    /** The scale of every render of this stack: lengths of the effect grow with the picture in
+        layer 0, one unit per 1024 pixels of its longer side, so that a preview and a full-size
+        render of one photo look alike. 1 without a picture. */
+    float getRenderScale() const;
+    /** The rule itself, for a picture of that size. */
+    static float renderScaleFor(int width, int height);
+
     Layer* getEffectLayer() const { return layers.size() > 1 ? layers[1] : nullptr; }
     int getNumLayers() const { return (int) layers.size(); }
     Layer* getLayer(int index) const { return index >= 0 && index < (int) layers.size() ? layers[(size_t) index] : nullptr; }
@@ -81,6 +88,7 @@ public:
     static void removePrototype(Layer* prototype);
 
 private:
+    SxImageRgbaBytes* basePicture() const;
     static std::vector<Layer*>& effectPrototypes();
     static std::vector<Layer*>& addonPrototypes();
     static void restoreLayerFrom(Layer& layer, const SxPropertySet& set, const juce::String& key, const LayerSaveOptions& options);

@@ -42,12 +42,6 @@ void copyAlpha(SxImageRgbaBytes& destination, const SxImageRgbaBytes& source)
         destination.pixels[i] = source.pixels[i];
 }
 
-// A random number in [0, 1) the way the sliders' ranges were tuned: the upper 32 bits of the
-// generator's step as a fraction, kept below 1.
-float nextUnit(juce::Random& random)
-{
-    return juce::jmin(0.9999999f, (float) (uint32_t) random.nextInt() * 2.3283064e-10f);
-}
 } // namespace
 
 TornvaleEffect::TornvaleEffect()
@@ -68,17 +62,7 @@ TornvaleEffect::~TornvaleEffect()
 
 void TornvaleEffect::setDefaults()
 {
-    preSharpen = 0.25f;
-    preSharpenSize = 0;
-    colorizeEdges = 0.25f;
-    strokeLength = 0.5f;
-    sharpen = 0.25f;
-    brightenLight = 0.125f;
-    smoothing = 0.25f;
-    postSharpen = 0.25f;
-    saturation = 0.25f;
-    contrast = 0.25f;
-    strokeStyle = 0;
+    static_cast<EffectParameters&>(*this) = EffectParameters();
 }
 
 void TornvaleEffect::randomize()
@@ -88,17 +72,7 @@ void TornvaleEffect::randomize()
 
 void TornvaleEffect::randomize(juce::Random& random)
 {
-    // One draw per field, in field order, so that a given generator state gives one look.
-    preSharpen = 0.1f + 0.25f * nextUnit(random);
-    preSharpenSize = (int) (3.0f * nextUnit(random));
-    colorizeEdges = 0.2f * nextUnit(random);
-    strokeLength = 0.1f + 0.25f * nextUnit(random);
-    sharpen = 0.1f + 0.35f * nextUnit(random);
-    brightenLight = 0.1f + 0.45f * nextUnit(random);
-    smoothing = 0.1f + 0.35f * nextUnit(random);
-    postSharpen = 0.3f + 0.35f * nextUnit(random);
-    saturation = 0.2f + 0.35f * nextUnit(random);
-    contrast = 0.1f + 0.35f * nextUnit(random);
+    randomizeValues(random);
     setNeedsRender(true);
     updateControls();
 }
@@ -108,40 +82,37 @@ float TornvaleEffect::strokeAngle(int pass)
     return ((float) pass / 12.0f + 0.041666668f) * 3.1415927f - 1.5707964f;
 }
 
+TornvaleEffect::ChainSettings TornvaleEffect::chainSettings(const EffectParameters& p, float s)
+{
+    ChainSettings c {};
+    c.tensorBlur = p.smoothing * 30.0f;
+    c.preSharpenRadius = s * (p.preSharpenSize == 0 ? 7.0f : p.preSharpenSize == 1 ? 15.0f : 45.0f);
+    // Detail sharpens lightness; Colorize sharpens the two colour axes.
+    c.preSharpenLightness = (p.preSharpen * 0.9f + 0.1f) * 3.0f;
+    c.preSharpenColour = p.colorizeEdges * 5.0f;
+    // The smear's length is counted in direction-field steps, which the flow walk scales itself.
+    c.smoothLength = (p.smoothing * 0.9f + 0.1f) * 10.0f;
+    c.blurLength = (p.strokeLength * 0.95f + 0.05f) * 25.0f * s;
+    c.sharpenRadius = s * 1.5f;
+    c.sharpenAmount = (p.strokeLength * 0.7f + 0.3f) * (p.sharpen * 0.8f + 0.2f) * (1.0f - p.preSharpen * 0.6f) * 6.0f;
+    c.lightRadius = s * 7.5f;
+    c.lightAmount = (p.brightenLight * 0.75f + 0.0f) * 2.0f;
+    c.finishSaturation = p.saturation * 1.8f + 0.2f + 1.0f;
+    c.finishUnsharpRadius = s * 1.5f;
+    return c;
+}
+
 //==============================================================================
 void TornvaleEffect::saveToDictionary(SxPropertySet& set, const LayerSaveOptions& options) const
 {
     Layer::saveToDictionary(set, options);
-    set.setFloat("preSharpen", preSharpen);
-    set.setInt("preSharpenSize", preSharpenSize);
-    set.setFloat("colorizeEdges", colorizeEdges);
-    set.setFloat("strokeLength", strokeLength);
-    set.setFloat("sharpen", sharpen);
-    set.setFloat("brightenLight", brightenLight);
-    set.setFloat("smoothing", smoothing);
-    set.setFloat("postSharpen", postSharpen);
-    set.setFloat("saturation", saturation);
-    set.setFloat("contrast", contrast);
-    set.setInt("strokeStyle", strokeStyle);
+    saveTo(set);
 }
 
 void TornvaleEffect::restoreFromDictionary(const SxPropertySet& set, const LayerSaveOptions& options)
 {
     Layer::restoreFromDictionary(set, options);
-    // Missing keys keep the present value, so older files load; values are kept in range so a
-    // damaged file cannot drive the chain outside what it was tuned for.
-    auto unit = [&set](const char* key, float current) { return juce::jlimit(0.0f, 1.0f, set.getFloatValue(key, current)); };
-    preSharpen = unit("preSharpen", preSharpen);
-    preSharpenSize = juce::jlimit(0, 2, set.getIntValue("preSharpenSize", preSharpenSize));
-    colorizeEdges = unit("colorizeEdges", colorizeEdges);
-    strokeLength = unit("strokeLength", strokeLength);
-    sharpen = unit("sharpen", sharpen);
-    brightenLight = unit("brightenLight", brightenLight);
-    smoothing = unit("smoothing", smoothing);
-    postSharpen = unit("postSharpen", postSharpen);
-    saturation = unit("saturation", saturation);
-    contrast = unit("contrast", contrast);
-    strokeStyle = juce::jlimit(0, 1, set.getIntValue("strokeStyle", strokeStyle));
+    readFrom(set);
     setNeedsRender(true);
     updateControls();
 }
@@ -237,6 +208,9 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
     std::lock_guard<std::mutex> renderSection(effectRenderLock());
     const SxImageRgbaBytes& input = *parameters.image;
     const float s = parameters.scale;
+    // One copy for the whole render: the panel writes the fields on the message thread.
+    const EffectParameters settings = currentParameters();
+    const ChainSettings chain = chainSettings(settings, s);
 
     Layer::renderLayer(parameters);
     allocateOutput(parameters);
@@ -254,23 +228,18 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
 
     // The direction field: computed once, shared by the twelve passes.
     auto tensors = SxRef<SxImageRgbaBytes>::adopt(new SxImageRgbaBytes(input));
-    EffectOperations::computeTensorField(*tensors, 1.0f, smoothing * 30.0f, parameters.fullSizeTensors);
+    EffectOperations::computeTensorField(*tensors, 1.0f, chain.tensorBlur, parameters.fullSizeTensors);
 
     SxImageRgbaBytes& image = *outputImage;
     image.copyFrom(input);
 
-    // Detail sharpens lightness; Colorize sharpens the two colour axes.
-    const float radius = s * (preSharpenSize == 0 ? 7.0f : preSharpenSize == 1 ? 15.0f : 45.0f);
-    EffectOperations::applyLabSharpen(image, radius, (preSharpen * 0.9f + 0.1f) * 3.0f, colorizeEdges * 5.0f, colorizeEdges * 5.0f);
+    EffectOperations::applyLabSharpen(image, chain.preSharpenRadius, chain.preSharpenLightness, chain.preSharpenColour,
+                                      chain.preSharpenColour);
 
     // Dark style: the maximum below becomes a minimum of the photo, so the strokes turn black.
-    if (strokeStyle == 1)
+    if (settings.strokeStyle == 1)
         invertColours(image);
 
-    const float smoothLength = (smoothing * 0.9f + 0.1f) * 10.0f;
-    const float blurLength = (strokeLength * 0.95f + 0.05f) * 25.0f * s;
-    const float sharpenAmount = (strokeLength * 0.7f + 0.3f) * (sharpen * 0.8f + 0.2f) * (1.0f - preSharpen * 0.6f) * 6.0f;
-    const float lightAmount = (brightenLight * 0.75f + 0.0f) * 2.0f;
     // The twelve copies, merged by their maximum: drawn as one stack, so each tile is uploaded and
     // read back once and the copies never leave the GPU.
     std::vector<float> angles;
@@ -279,14 +248,14 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
     // Then the dark style's inversion back, the colour step and the last sharpen, in the same
     // chain, so the merged copies are rounded to bytes once.
     EffectOperations::StrokeFinish finish;
-    finish.invert = strokeStyle == 1;
-    finish.saturation = saturation * 1.8f + 0.2f + 1.0f;
-    finish.contrast = contrast;
+    finish.invert = settings.strokeStyle == 1;
+    finish.saturation = chain.finishSaturation;
+    finish.contrast = settings.contrast;
     std::copy(std::begin(luminanceWeights), std::end(luminanceWeights), finish.luminanceWeights.begin());
-    finish.unsharpRadius = s * 1.5f;
-    finish.unsharpAmount = postSharpen;
-    EffectOperations::renderStrokeStack(*effectResult, image, *tensors, smoothLength, blurLength, angles, s * 1.5f,
-                                        sharpenAmount, s * 7.5f, lightAmount, s, &finish);
+    finish.unsharpRadius = chain.finishUnsharpRadius;
+    finish.unsharpAmount = settings.postSharpen;
+    EffectOperations::renderStrokeStack(*effectResult, image, *tensors, chain.smoothLength, chain.blurLength, angles,
+                                        chain.sharpenRadius, chain.sharpenAmount, chain.lightRadius, chain.lightAmount, s, &finish);
     tensors.reset();
 
     if (originalImageHadAlpha)
@@ -298,14 +267,16 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
         // recomposes its rectangle; getRenderedImage fills the layer's image.
         adjustedOriginal = new SxImageRgbaBytes(input);
         // No 1.2 base here: the photo under the mask stays closer to the original than the art.
-        EffectOperations::applySaturateContrastGamma(*adjustedOriginal, saturation + saturation, contrast, 0.0f, luminanceWeights);
+        EffectOperations::applySaturateContrastGamma(*adjustedOriginal, settings.saturation + settings.saturation, settings.contrast, 0.0f,
+                                                    luminanceWeights);
         image.clear();
     }
     else
     {
         image.copyFrom(*effectResult);
         effectResult->copyFrom(input);
-        EffectOperations::applySaturateContrastGamma(*effectResult, saturation + saturation, contrast, 0.0f, luminanceWeights);
+        EffectOperations::applySaturateContrastGamma(*effectResult, settings.saturation + settings.saturation, settings.contrast, 0.0f,
+                                                    luminanceWeights);
         if (brushMask != nullptr)
             image.compositeWithMask(*effectResult, *brushMask);
         effectResult->release();

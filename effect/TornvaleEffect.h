@@ -8,11 +8,12 @@
 // colour-adjusted photo.
 
 #include "document/Layer.h"
+#include "effect/EffectParameters.h"
 #include "imaging/SxImageAlphaByte.h"
 
 #include <juce_core/juce_core.h>
 
-class TornvaleEffect : public Layer
+class TornvaleEffect : public Layer, public EffectParameters
 {
 public:
     /** Starts at the table defaults and then rolls random settings, as a new effect does. */
@@ -58,24 +59,26 @@ public:
     SxImageRgbaBytes* getEffectResult() const { return effectResult; }
     SxImageRgbaBytes* getAdjustedOriginal() const { return adjustedOriginal; }
 
-    // The eleven parameters, by their saved keys' names.
-    float preSharpen = 0.25f;
-    int preSharpenSize = 0;
-    float colorizeEdges = 0.25f;
-    float strokeLength = 0.5f;
-    float sharpen = 0.25f;
-    float brightenLight = 0.125f;
-    float smoothing = 0.25f;
-    float postSharpen = 0.25f;
-    float saturation = 0.25f;
-    float contrast = 0.25f;
-    int strokeStyle = 0; // 0 light strokes on dark, 1 dark strokes on light
+    /** The parameters as they stand now: a render takes this copy when it starts, so that a slider
+        moved meanwhile cannot change one render halfway. */
+    EffectParameters currentParameters() const { return *this; }
 
     /** When the source has an alpha channel, the result takes it over unchanged. */
     bool originalImageHadAlpha = false;
 
     /** The angle of stroke pass i (1 to 12): a half turn in steps of π / 12, from −π/2 + π/8. */
     static float strokeAngle(int pass);
+
+    /** What the chain's filters get from the parameters at a render scale: every length in
+        pixels grows with the scale, so that a preview and a full-size render look alike. */
+    struct ChainSettings
+    {
+        float tensorBlur;
+        float preSharpenRadius, preSharpenLightness, preSharpenColour;
+        float smoothLength, blurLength, sharpenRadius, sharpenAmount, lightRadius, lightAmount;
+        float finishSaturation, finishUnsharpRadius;
+    };
+    static ChainSettings chainSettings(const EffectParameters& parameters, float scale);
 
 private:
     void deleteCachedImages();

@@ -1,30 +1,18 @@
 #pragma once
-// The values of the effect layer that a preset carries, with the defaults a short preset falls
-// back to. A preset is a whole state: a key the file lacks sets its control to the default, not
-// to what it was before.
+// The values of the effect layer that a preset carries: the layer's own keys and the effect's
+// parameters. A preset is a whole state: a key the file lacks sets its control to 0, not to what
+// it was before.
 
 #include "document/SxPropertySet.h"
+#include "effect/EffectParameters.h"
 
-struct EffectPresetValues
+struct EffectPresetValues : EffectParameters
 {
     // Written by the layer base, in this order, ahead of the effect's own keys.
     juce::String layerName;
     float layerOpacity = 1.0f;
     bool visible = true;
     int compositeMode = 0;
-
-    // The effect's controls, in the order the effect saves them.
-    float preSharpen = 0.0f;
-    int preSharpenSize = 0;
-    float colorizeEdges = 0.0f;
-    float strokeLength = 0.0f;
-    float sharpen = 0.0f;
-    float brightenLight = 0.0f;
-    float postSharpen = 0.0f;
-    float saturation = 0.0f;
-    float contrast = 0.0f;
-    float smoothing = 0.0f;
-    int strokeStyle = 0;
 
     /** Reads every value, taking the default for each missing key. */
     static EffectPresetValues readFrom(const SxPropertySet& set);

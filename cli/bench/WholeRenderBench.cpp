@@ -1,4 +1,6 @@
 #include "cli/bench/WholeRenderBench.h"
+#include "cli/render/RenderJob.h"
+#include "document/LayerManager.h"
 #include "effect/ColourOperations.h"
 #include "effect/TensorOperations.h"
 #include "effect/TornvaleEffect.h"
@@ -44,16 +46,13 @@ double seconds(Work&& work)
     return (juce::Time::getMillisecondCounterHiRes() - start) / 1000.0;
 }
 
+// The very render of tornvale-render (and of the application's "-r"): the same stack, the same
+// scale from its picture, the same settings from the parameter table.
 SxRef<SxImageRgbaBytes> renderEffect(const SxImageRgbaBytes& source, bool highQuality, int strokeStyle = 0)
 {
-    TornvaleEffect effect(TornvaleEffect::DefaultsOnly {});
-    effect.strokeStyle = strokeStyle;
-    SxImageRgbaBytes input(source);
-    LayerRenderParameters parameters;
-    parameters.image = &input;
-    parameters.scale = std::max(input.width, input.height) / 1024.0f;
-    parameters.highQuality = highQuality;
-    return SxRef<SxImageRgbaBytes>::adopt(effect.getRenderedImage(parameters)->clone());
+    RenderOptions options;
+    options.settings.emplace_back("strokeStyle", juce::String(strokeStyle));
+    return RenderJob(options).renderPicture(source, nullptr, nullptr, false, highQuality);
 }
 
 void row(const char* what, int width, int height, double secondsTaken)
@@ -71,7 +70,8 @@ SxRef<SxImageRgbaBytes> loadPng(const char* path)
 int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath, int repeats)
 {
     SxImageRgbaBytes input(photo);
-    input.resize(width, height, 3);
+    if (width != input.width || height != input.height)
+        input.resize(width, height, 3);
     SxRef<SxImageRgbaBytes> result;
     const double taken = seconds([&] { result = renderEffect(input, true, strokeStyle); });
     const double firstProcessor = lastProcessorSeconds;
@@ -141,20 +141,20 @@ int run(const SxImageRgbaBytes& photo)
 {
     SxImageRgbaBytes preview(photo);
     preview.resize(1500, 1000, 3);
-    const float s = 1500 / 1024.0f;
-    TornvaleEffect defaults(TornvaleEffect::DefaultsOnly {});
+    // The stages as the effect runs them at defaults, with the lengths of the preview's scale.
+    const float s = LayerManager::renderScaleFor(preview.width, preview.height);
+    const auto chain = TornvaleEffect::chainSettings(EffectParameters(), s);
 
     std::printf("%-44s %13s %11s %12s %13s\n", "stage (default settings)", "size", "wall", "peak memory", "processor");
 
     SxImageRgbaBytes tensors(preview);
     row("tensor field", preview.width, preview.height,
-        seconds([&] { EffectOperations::computeTensorField(tensors, 1.0f, defaults.smoothing * 30.0f, false); }));
+        seconds([&] { EffectOperations::computeTensorField(tensors, 1.0f, chain.tensorBlur, false); }));
 
     SxImageRgbaBytes pass(preview);
     row("one stroke pass", preview.width, preview.height, seconds([&] {
-            EffectOperations::renderStrokePass(pass, preview, tensors, (defaults.smoothing * 0.9f + 0.1f) * 10.0f,
-                                               (defaults.strokeLength * 0.95f + 0.05f) * 25.0f * s, TornvaleEffect::strokeAngle(1),
-                                               s * 1.5f, 1.33f, s * 7.5f, defaults.brightenLight * 1.5f, s);
+            EffectOperations::renderStrokePass(pass, preview, tensors, chain.smoothLength, chain.blurLength, TornvaleEffect::strokeAngle(1),
+                                               chain.sharpenRadius, chain.sharpenAmount, chain.lightRadius, chain.lightAmount, s);
         }));
 
     // The twelve copies as the effect draws them: one stack, merged on the GPU.
@@ -163,9 +163,8 @@ int run(const SxImageRgbaBytes& photo)
         angles.push_back(TornvaleEffect::strokeAngle(i));
     SxImageRgbaBytes stack(preview);
     row("stroke stack, 12 copies", preview.width, preview.height, seconds([&] {
-            EffectOperations::renderStrokeStack(stack, preview, tensors, (defaults.smoothing * 0.9f + 0.1f) * 10.0f,
-                                                (defaults.strokeLength * 0.95f + 0.05f) * 25.0f * s, angles, s * 1.5f, 1.33f,
-                                                s * 7.5f, defaults.brightenLight * 1.5f, s);
+            EffectOperations::renderStrokeStack(stack, preview, tensors, chain.smoothLength, chain.blurLength, angles, chain.sharpenRadius,
+                                                chain.sharpenAmount, chain.lightRadius, chain.lightAmount, s);
         }));
 
     row("preview render (interactive)", preview.width, preview.height, seconds([&] { renderEffect(preview, false); }));

@@ -9,8 +9,8 @@ namespace WholeRenderBench
 /** photo is the source at any size; it is fitted to 1500 × 1000 and enlarged to 6000 × 4000. */
 int run(const SxImageRgbaBytes& photo);
 
-/** Renders photo (resized to width × height, scale max(width, height) / 1024) with default
-    settings and the given stroke style into a PNG: the before-and-after pictures of a change to
+/** Renders photo (resized to width × height) as tornvale-render does, with default settings and
+    the given stroke style, into a PNG: the before-and-after pictures of a change to
     the effect's code. Prints the render's wall time; with repeats above one, also the fastest of
     the renders after the first (programs compiled then). */
 int renderToFile(const SxImageRgbaBytes& photo, int width, int height, int strokeStyle, const char* outputPath, int repeats = 1);

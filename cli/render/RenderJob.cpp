@@ -152,13 +152,58 @@ void RenderJob::configure(TornvaleEffect& effect, const SxPropertySet* presetSet
     }
     if (presetSettings != nullptr && presetSettings->size() > 0)
         effect.restoreFromDictionary(*presetSettings, {});
-    if (!options.settings.empty())
+    applySingleSettings(effect);
+}
+
+void RenderJob::applySingleSettings(TornvaleEffect& effect) const
+{
+    // One key at a time: the others stay as the preset or the project left them.
+    for (const auto& [key, value] : options.settings)
+        effect.setFromText(key, value);
+    effect.setNeedsRender(true);
+}
+
+SxRef<SxImageRgbaBytes> RenderJob::renderPicture(const SxImageRgbaBytes& source, const SxPropertySet* projectSettings,
+                                                 const SxPropertySet* presetSettings, bool hadAlpha, bool fullSize) const
+{
+    // The document's stack: the picture, and the effect above it. The stack's picture sets the
+    // render scale, as in the window.
+    registerTornvaleEffect();
+    LayerManager stack;
+    stack.addLayer(new StaticImageLayer(const_cast<SxImageRgbaBytes*>(&source)));
+    if (projectSettings != nullptr)
+        stack.restoreFromDictionary(*projectSettings, nullptr, {}, false);
+    TornvaleEffect* effect = nullptr;
+    for (auto* layer : stack.getLayers())
+        if (auto* e = dynamic_cast<TornvaleEffect*>(layer))
+            effect = e;
+    if (effect == nullptr)
     {
-        SxPropertySet single;
-        for (const auto& [key, value] : options.settings)
-            single.setString(key, value);
-        effect.restoreFromDictionary(single, {});
+        effect = new TornvaleEffect(TornvaleEffect::DefaultsOnly {});
+        stack.addLayer(effect);
+        configure(*effect, presetSettings);
     }
+    else if (presetSettings != nullptr || !options.settings.empty() || options.randomSettings)
+    {
+        // A project's own settings stand unless the command line asks for others.
+        SxPropertySet kept;
+        effect->saveToDictionary(kept, {});
+        configure(*effect, &kept);
+        if (presetSettings != nullptr && presetSettings->size() > 0)
+            effect->restoreFromDictionary(*presetSettings, {});
+        applySingleSettings(*effect);
+    }
+    effect->originalImageHadAlpha = hadAlpha;
+    // Without a mask the effect shows everywhere; a mask is enlarged (or reduced) to the picture
+    // like the brush mask before a full-size render.
+    if (mask.get() != nullptr)
+        TornvaleEffect::loadEffectMask(*mask, source);
+    else
+        TornvaleEffect::deleteBrushMask();
+
+    stack.setHighQuality(fullSize);
+    stack.markAllDirty();
+    return SxRef<SxImageRgbaBytes>::adopt(stack.render(nullptr, false, true));
 }
 
 RenderOutcome RenderJob::renderOne(const juce::File& input, const juce::File& output, const SxPropertySet* presetSettings) const
@@ -215,52 +260,8 @@ RenderOutcome RenderJob::renderOne(const juce::File& input, const juce::File& ou
         }
     }
 
-    // The document's stack: the picture, and the effect above it.
-    registerTornvaleEffect();
-    LayerManager stack;
-    auto* base = new StaticImageLayer(source.get());
-    stack.addLayer(base);
-    if (isProject)
-        stack.restoreFromDictionary(projectSettings, nullptr, {}, false);
-    TornvaleEffect* effect = nullptr;
-    for (auto* layer : stack.getLayers())
-        if (auto* e = dynamic_cast<TornvaleEffect*>(layer))
-            effect = e;
-    if (effect == nullptr)
-    {
-        effect = new TornvaleEffect(TornvaleEffect::DefaultsOnly {});
-        stack.addLayer(effect);
-        configure(*effect, presetSettings);
-    }
-    else if (presetSettings != nullptr || !options.settings.empty() || options.randomSettings)
-    {
-        // A project's own settings stand unless the command line asks for others.
-        SxPropertySet kept;
-        effect->saveToDictionary(kept, {});
-        configure(*effect, &kept);
-        if (presetSettings != nullptr && presetSettings->size() > 0)
-            effect->restoreFromDictionary(*presetSettings, {});
-        if (!options.settings.empty())
-        {
-            SxPropertySet single;
-            for (const auto& [key, value] : options.settings)
-                single.setString(key, value);
-            effect->restoreFromDictionary(single, {});
-        }
-    }
-    effect->originalImageHadAlpha = hadAlpha;
-    // Without a mask the effect shows everywhere; a mask is enlarged (or reduced) to the picture
-    // like the brush mask before a full-size render.
-    if (mask.get() != nullptr)
-        TornvaleEffect::loadEffectMask(*mask, *source);
-    else
-        TornvaleEffect::deleteBrushMask();
-
-    stack.setHighQuality(true);
-    stack.markAllDirty();
-    SxImageRgbaBytes* result = stack.render(nullptr, false, true);
-    auto owned = SxRef<SxImageRgbaBytes>::adopt(result);
-    if (result == nullptr)
+    auto result = renderPicture(*source, isProject ? &projectSettings : nullptr, presetSettings, hadAlpha, true);
+    if (result.get() == nullptr)
     {
         outcome.reason = "render failed (no GL context?)";
         return outcome;

@@ -7,6 +7,7 @@
 #include "cli/render/RenderOptions.h"
 
 #include "imaging/SxImageAlphaByte.h"
+#include "imaging/SxImageRgbaBytes.h"
 
 #include <juce_core/juce_core.h>
 
@@ -46,6 +47,15 @@ public:
 
     /** Applies defaults, random roll, preset and single settings to an effect. */
     void configure(TornvaleEffect& effect, const SxPropertySet* presetSettings) const;
+
+    /** Applies the single settings (--set) one key at a time. */
+    void applySingleSettings(TornvaleEffect& effect) const;
+
+    /** The render itself, shared by this tool, the application's "-r" and the bench: source in
+        a stack of its own, the effect set up from the project's settings (or none) and the
+        options, rendered at full quality or as the window's interactive preview. */
+    SxRef<SxImageRgbaBytes> renderPicture(const SxImageRgbaBytes& source, const SxPropertySet* projectSettings,
+                                          const SxPropertySet* presetSettings, bool hadAlpha, bool fullSize) const;
 
     RenderOutcome renderOne(const juce::File& input, const juce::File& output, const SxPropertySet* presetSettings) const;
 

@@ -1,11 +1,16 @@
 #include "cli/render/RenderOptions.h"
+#include "effect/EffectParameters.h"
 
 namespace RenderCommandLine
 {
 const juce::StringArray& parameterKeys()
 {
-    static const juce::StringArray keys { "preSharpen", "preSharpenSize", "colorizeEdges", "strokeLength", "sharpen",
-                                          "brightenLight", "smoothing", "postSharpen", "saturation", "contrast", "strokeStyle" };
+    static const juce::StringArray keys = [] {
+        juce::StringArray names;
+        for (const auto* row : EffectParameterTable::inSaveOrder())
+            names.add(row->key);
+        return names;
+    }();
     return keys;
 }
 
@@ -141,6 +146,30 @@ std::optional<RenderOptions> parse(const juce::StringArray& arguments, juce::Str
     return options;
 }
 
+namespace
+{
+/** One line per parameter: its key, range, default and the control it stands for. */
+juce::String parameterLines()
+{
+    juce::String lines;
+    for (const auto* row : EffectParameterTable::inSaveOrder())
+    {
+        juce::String range = row->isInteger() ? "0.." + juce::String((int) row->maximum) : juce::String("0..1");
+        if (row->isInteger())
+        {
+            juce::StringArray named;
+            for (size_t i = 0; i < row->choices.size(); ++i)
+                named.add(juce::String((int) i) + " " + row->choices[i]);
+            range += " (" + named.joinIntoString(", ") + ")";
+        }
+        const juce::String defaultText = row->isInteger() ? juce::String((int) row->defaultValue) : juce::String(row->defaultValue);
+        lines << "                         " << juce::String(row->key).paddedRight(' ', 15) << juce::String(row->label).paddedRight(' ', 16)
+              << range << ", default " << defaultText << "\n";
+    }
+    return lines;
+}
+} // namespace
+
 juce::String helpText()
 {
     return "Usage: tornvale-render [options] INPUT...\n"
@@ -152,7 +181,7 @@ juce::String helpText()
            "  --format jpg|png|tif output format (default: the input's)\n"
            "  --preset NAME|FILE   a built-in preset by name (e.g. \"01 Tornvale\") or a .pre file\n"
            "  --set KEY=VALUE      set one parameter after the preset; repeatable. KEYS:\n"
-           "                       " + parameterKeys().joinIntoString(", ") + "\n"
+           + parameterLines() +
            "  --mask FILE          a grey picture of any size, scaled to each input: white shows\n"
            "                       the colour-adjusted photo, black the line art (default: all art)\n"
            "  --seed N             random settings from N, the same for the same N\n"

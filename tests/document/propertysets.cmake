@@ -15,6 +15,7 @@ add_executable(document_readers_asan_tests
   ${CMAKE_SOURCE_DIR}/document/SxPropertySet.cpp
   ${CMAKE_SOURCE_DIR}/presets/PresetFile.cpp
   ${CMAKE_SOURCE_DIR}/presets/EffectPresetValues.cpp
+  ${CMAKE_SOURCE_DIR}/effect/EffectParameters.cpp
   ${CMAKE_SOURCE_DIR}/imaging/SxImageRgbaBytes.cpp
   ${CMAKE_SOURCE_DIR}/imaging/SxImageAlphaByte.cpp
   ${CMAKE_SOURCE_DIR}/imaging/ImageScaling.cpp

@@ -82,7 +82,7 @@ TEST(TornvaleEffect, RolledLooksFitTheControlsAndRepeatWithTheGenerator)
     EXPECT_EQ(first.contrast, second.contrast);
 }
 
-TEST(TornvaleEffect, SettingsRoundTripThroughADictionaryAndClampBadValues)
+TEST(TornvaleEffect, SettingsRoundTripAndMissingKeysReadZero)
 {
     TornvaleEffect effect(TornvaleEffect::DefaultsOnly {});
     juce::Random random(3);
@@ -93,17 +93,25 @@ TEST(TornvaleEffect, SettingsRoundTripThroughADictionaryAndClampBadValues)
 
     TornvaleEffect copy(TornvaleEffect::DefaultsOnly {});
     copy.restoreFromDictionary(set, {});
-    EXPECT_FLOAT_EQ(copy.saturation, effect.saturation);
-    EXPECT_EQ(copy.preSharpenSize, effect.preSharpenSize);
-    EXPECT_EQ(copy.strokeStyle, 1);
+    EXPECT_TRUE(copy.currentParameters() == effect.currentParameters());
 
+    // A saved set is a whole state: what it lacks reads 0; what is out of range is clamped.
     SxPropertySet bad;
     bad.setString("contrast", "17");
     bad.setString("strokeStyle", "-4");
     copy.restoreFromDictionary(bad, {});
     EXPECT_FLOAT_EQ(copy.contrast, 1.0f);
     EXPECT_EQ(copy.strokeStyle, 0);
-    EXPECT_FLOAT_EQ(copy.saturation, effect.saturation); // absent keys keep their value
+    EXPECT_FLOAT_EQ(copy.saturation, 0.0f);
+    EXPECT_FLOAT_EQ(copy.smoothing, 0.0f);
+
+    // A single setting (the command line's) leaves the others alone.
+    copy.restoreFromDictionary(set, {});
+    EXPECT_TRUE(copy.setFromText("smoothing", "0.75"));
+    EXPECT_FALSE(copy.setFromText("smoothing", "much"));
+    EXPECT_FALSE(copy.setFromText("noSuchKey", "1"));
+    EXPECT_FLOAT_EQ(copy.smoothing, 0.75f);
+    EXPECT_FLOAT_EQ(copy.saturation, effect.saturation);
 }
 
 TEST(TornvaleEffect, PhotoBecomesLineArtInBothStyles)

@@ -1,6 +1,10 @@
 // Preset files: "VER2" and "VER3" carry the same state, the writer's embedded preview is a real
 // 400 × 400 JPEG where its header says, and saving replaces a preset without leaving strays.
 
+#include "document/LayerManager.h"
+#include "document/ProjectFile.h"
+#include "document/StaticImageLayer.h"
+#include "effect/TornvaleEffect.h"
 #include "presets/EffectPresetValues.h"
 #include "presets/PresetFile.h"
 #include "imaging/ImageRGBAPixelData.h"
@@ -203,4 +207,54 @@ TEST(PresetFileWrite, SavingReplacesThePresetAndRemovesStrays)
     EXPECT_FALSE(PresetFile::writeFile(blocked, effectKeys(), composite.get()));
     EXPECT_EQ(PresetFile::readFile(preset).settings.size(), effectKeys().size()) << "the existing preset is intact";
     folder.deleteRecursively();
+}
+
+namespace
+{
+juce::StringArray effectKeysInOrder(SxPropertySet set)
+{
+    juce::StringArray keys;
+    for (const auto& key : set.getAllProperties().getAllKeys())
+        if (EffectParameterTable::find(key) != nullptr)
+            keys.add(key);
+    return keys;
+}
+} // namespace
+
+TEST(EffectSettingsFiles, PresetsAndProjectsListTheKeysInTheSavedOrderAndAMissingKeyReadsZero)
+{
+    // The order files have always had: "smoothing" tenth, after "contrast".
+    const juce::StringArray order { "preSharpen", "preSharpenSize", "colorizeEdges", "strokeLength", "sharpen", "brightenLight",
+                                    "postSharpen", "saturation", "contrast", "smoothing", "strokeStyle" };
+    registerTornvaleEffect();
+    auto picture = SxRef<SxImageRgbaBytes>::adopt(new SxImageRgbaBytes(32, 24));
+    LayerManager stack;
+    stack.addLayer(new StaticImageLayer(picture.get()));
+    auto* effect = new TornvaleEffect(TornvaleEffect::DefaultsOnly {});
+    stack.addLayer(effect);
+    effect->smoothing = 0.6f;
+
+    SxPropertySet layerKeys;
+    effect->saveToDictionary(layerKeys, {});
+    juce::MemoryOutputStream presetBytes;
+    ASSERT_TRUE(PresetFile::write(presetBytes, layerKeys, picture.get()));
+    const auto preset = readBytes(presetBytes.getMemoryBlock());
+    EXPECT_EQ(effectKeysInOrder(preset.settings), order);
+
+    juce::TemporaryFile projectFile(".qhp");
+    ASSERT_TRUE(ProjectFile::save(projectFile.getFile(), stack, *picture, 72.0, 72.0));
+    const auto project = ProjectFile::readFile(projectFile.getFile());
+    ASSERT_NE(project, nullptr);
+    auto xml = Layer::parseDictionaryXml(project->settings.getValue("EffectDictionary1", {}));
+    ASSERT_NE(xml, nullptr);
+    SxPropertySet projectKeys;
+    projectKeys.fromXml(*xml);
+    EXPECT_EQ(effectKeysInOrder(projectKeys), order);
+
+    // A preset is a whole state: without "smoothing" it sets smoothing to 0.
+    SxPropertySet withoutSmoothing = preset.settings;
+    withoutSmoothing.removeValue("smoothing");
+    effect->restoreFromDictionary(withoutSmoothing, {});
+    EXPECT_EQ(effect->smoothing, 0.0f);
+    EXPECT_FLOAT_EQ(effect->strokeLength, 0.5f);
 }
