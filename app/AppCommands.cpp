@@ -28,6 +28,7 @@ const std::vector<Row>& table()
         { preferences, "Preferences", "Preferences", 0, 0 },
         { getPhoto, "Get Photo...", "Saves your current effect into a preset", 'O', ctrl },
         { print, "Print", "Print", 'P', ctrl },
+        { copyRenderCommand, "Copy Render Command", "Copies the tornvale-render command line that renders this look at full size", 0, 0 },
         { zoomIn, "Zoom In", applyBack, '=', ctrl },
         { zoomOut, "Zoom Out", applyBack, '-', ctrl },
         { fitInWindow, "Fit In Window", applyBack, '0', ctrl },
@@ -78,6 +79,7 @@ juce::Array<juce::CommandID> allCommands()
              deleteSelection,
              selectAll,
              print,
+             copyRenderCommand,
              zoomIn,
              zoomOut,
              fitInWindow,
@@ -109,6 +111,7 @@ bool needsDocument(juce::CommandID id)
         case actualSize:
         case saveProject:
         case defineDefaults:
+        case copyRenderCommand:
             return true;
         default:
             return false;
@@ -205,6 +208,7 @@ juce::Array<juce::CommandID> menuItems(Menu menu, bool hasNewProject, bool usesL
             if (usesLayerStack)
                 items.add(selectAll);
             items.add(juce::StandardApplicationCommandIDs::deselectAll);
+            add({ 0, copyRenderCommand });
             break;
         case Menu::window:
             add({ zoomIn, zoomOut, fitInWindow, actualSize, 0, hidePanels });

@@ -25,6 +25,7 @@ enum Id : juce::CommandID
     preferences = 0x2010,
     getPhoto = 0x2011,
     print = 0x2012,
+    copyRenderCommand = 0x2013,
     zoomIn = 0x3001,
     zoomOut = 0x3002,
     fitInWindow = 0x3003,

@@ -9,6 +9,7 @@
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
 #include "app/PresetActions.h"
+#include "app/RenderCommand.h"
 #include "app/PresetNamePanel.h"
 #include "app/RenderThread.h"
 #include "app/ThreadedActivityWindow.h"
@@ -16,6 +17,7 @@
 #include "effect/TornvaleEffect.h"
 #include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
+#include "effect/TornvaleEffect.h"
 #include "imaging/ImageFileReader.h"
 #include "imaging/ImageFileWriter.h"
 #include "imaging/ImageFileType.h"
@@ -1056,6 +1058,17 @@ void GenericAppComponent::saveImage()
                            [this](const juce::File& file) { saveImageTo(file); });
 }
 
+void GenericAppComponent::copyRenderCommand()
+{
+    auto* effect = dynamic_cast<TornvaleEffect*>(getEffectLayer());
+    const juce::File source = currentFile != juce::File() ? currentFile : juce::File(imagePath);
+    if (!hasDocument() || effect == nullptr || source == juce::File())
+        return;
+    const auto command = RenderCommand::forDocument(effect->currentParameters(), source, RenderCommand::renderProgram());
+    juce::SystemClipboard::copyTextToClipboard(command);
+    log("Copied the render command: " + command);
+}
+
 bool GenericAppComponent::saveImageTo(const juce::File& chosen)
 {
     if (!hasDocument() || jobRunning)
@@ -1320,6 +1333,7 @@ bool GenericAppComponent::perform(const InvocationInfo& info)
         case AppCommands::saveProject: saveProject(true); break;
         case AppCommands::savePreset: savePresetDialog(); break;
         case AppCommands::savePhoto: saveImage(); break;
+        case AppCommands::copyRenderCommand: copyRenderCommand(); break;
         case AppCommands::undo: undoStep(); break;
         case AppCommands::redo: redoStep(); break;
         case AppCommands::getPhoto: openImageDialog(); break;

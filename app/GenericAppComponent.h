@@ -88,6 +88,8 @@ public:
     void openProjectDialog();
     /** Asks where to save the photo and saves it at full size. */
     virtual void saveImage();
+    /** Puts the tornvale-render command line of the present look on the clipboard. */
+    void copyRenderCommand();
     /** Renders at full size and writes the photo, to chosen with the photo extension rules
         applied. False, with an alert, when it cannot be written; an older file stays whole. */
     bool saveImageTo(const juce::File& chosen);

@@ -10,7 +10,7 @@ packages=(
   libegl-dev libgles-dev libegl-mesa0 libgl1-mesa-dri
   libtiff-dev libjpeg62-turbo-dev libpng-dev liblodepng-dev liblcms2-dev zlib1g-dev libsqlite3-dev
   libgtest-dev googletest
-  xvfb xauth xdotool x11-utils imagemagick libtiff-tools
+  xvfb xauth xdotool x11-utils xclip imagemagick libtiff-tools
   gimp libgimp2.0-dev
 )
 
