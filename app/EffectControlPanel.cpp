@@ -27,7 +27,7 @@ EffectControlPanel::EffectControlPanel(GenericAppComponent& owner) : SxComponent
     randomizeEffectButton->setTooltip("Random adjust settings");
     randomizeEffectButton->addListener(this);
     addAndMakeVisible(*randomizeEffectButton);
-    // The design's "-7, top + 44" square sits half outside the title bar; it is kept inside here.
+    // A 44-pixel square at y -7 would sit half outside the title bar; it is kept inside it here.
     SxComponent::place(*randomizeEffectButton, "parent.width - 40, 1, left + 28, top + 28");
 
     column = std::make_unique<SxLayoutComponent>("effectControlColumn");

@@ -53,7 +53,7 @@ void PresetManager::buildPanel()
     SxComponent::place(*presetArrowDownButton, "0, 0, left + 41, top + 30");
     upArrowButton = makeButton("upArrowButton", PresetStripIcons::arrow(true), "Click to show the Style Browser.");
 
-    // The design's 44-pixel round buttons reach above the bar; here they stay inside it.
+    // 44-pixel round buttons would reach above the bar; here they stay inside it.
     addPresetButton = makeButton("addPresetButton", PresetStripIcons::plus(),
                                  "Save Preset. This saves the current settings to a file located in the 'Style Browser' and "
                                  "allows you to apply the settings to future projects.");

@@ -12,29 +12,9 @@ set -uo pipefail
 app=$(realpath "$1")
 samples=$(realpath "$2")
 
-if [ -z "${DISPLAY:-}" ]; then
-  echo "crop_window_test: no DISPLAY, skipped"
-  exit 77
-fi
-for tool in xdotool import convert compare identify; do
-  command -v "$tool" >/dev/null || { echo "crop_window_test: $tool missing"; exit 1; }
-done
-
-work=$(mktemp -d)
-export HOME=$work/home
-unset XDG_CONFIG_HOME
-mkdir -p "$HOME" "$work/out"
-export TORNVALE_COMPONENT_MAP=$work/map.txt
+window_test_start crop_window_test xdotool import convert compare identify
+mkdir -p "$work/out"
 export TORNVALE_CHOOSER_FILE=$work/answer.txt
-pid=""
-
-cleanup() {
-  if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
-  release_input
-  if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "crop_window_test: files kept in $work"; else rm -rf "$work"; fi
-}
-trap cleanup EXIT
-release_input
 fail() {
   echo "crop_window_test: FAIL: $*"
   grep '^state\|^crop\|^shownImage\|^cropController\|^applyButton\|^Square' "$work/map.txt" 2>/dev/null
@@ -42,15 +22,6 @@ fail() {
   exit 1
 }
 say() { echo "crop_window_test: $*"; }
-wait_for() { # seconds label command...
-  local limit=$1 label=$2; shift 2
-  local end=$(( $(date +%s) + limit ))
-  until eval "$*" 2>/dev/null; do
-    [ "$(date +%s)" -ge "$end" ] && fail "$label: not within $limit s"
-    sleep 0.3
-  done
-}
-idle() { [ -f "$work/map.txt" ] && [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
 settled() { # min_renders
   wait_for 240 "renders to settle" 'idle && [ "$(state renders)" -ge '"$1"' ]'
   sleep 0.6

@@ -10,28 +10,9 @@ set -uo pipefail
 app=$(realpath "$1")
 render=$(realpath "$2")
 samples=$(realpath "$3")
-if [ -z "${DISPLAY:-}" ]; then
-  echo "one_look_window_test: no DISPLAY, skipped"
-  exit 77
-fi
-for tool in xdotool xclip convert compare identify; do
-  command -v "$tool" >/dev/null || { echo "one_look_window_test: $tool missing"; exit 1; }
-done
-
-work=$(mktemp -d)
-export HOME=$work/home
-unset XDG_CONFIG_HOME
-mkdir -p "$HOME" "$work/out"
-export TORNVALE_COMPONENT_MAP=$work/map.txt
+window_test_start one_look_window_test xdotool xclip convert compare identify
+mkdir -p "$work/out"
 export TORNVALE_CHOOSER_FILE=$work/answer.txt
-pid=""
-cleanup() {
-  if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null; then kill "$pid"; fi
-  release_input
-  if [ -n "${KEEP_WINDOW_TEST:-}" ]; then echo "one_look_window_test: files kept in $work"; else rm -rf "$work"; fi
-}
-trap cleanup EXIT
-release_input
 fail() {
   echo "one_look_window_test: FAIL: $*"
   grep '^state' "$work/map.txt" 2>/dev/null
@@ -39,15 +20,6 @@ fail() {
   exit 1
 }
 say() { echo "one_look_window_test: $*"; }
-wait_for() { # seconds label command...
-  local limit=$1 label=$2; shift 2
-  local end=$(( $(date +%s) + limit ))
-  until eval "$*" 2>/dev/null; do
-    [ "$(date +%s)" -ge "$end" ] && fail "$label: not within $limit s"
-    sleep 0.5
-  done
-}
-idle() { [ "$(state rendering)" = 0 ] && [ "$(state busy)" = 0 ]; }
 rendered() { wait_for 240 "the render" "idle && [ \"\$(state renders)\" -ge $1 ]"; }
 # Opens a menu of the menu bar by a click and picks an item with the given keys.
 menu_keys() { # menu-x-offset keys...

@@ -76,10 +76,10 @@ point_at() { # name
 }
 click() { point_at "$1"; xdotool click 1; }
 
-# Every window test of a run shares one X server. A test that ended between a press and its
-# release (killed mid-drag) leaves that button or key down, and the server then drops the next
-# press of it: the first click of the next test would vanish. Tests start, and end, with every
-# button and modifier up and the pointer in the corner.
+# A test that ended between a press and its release (killed mid-drag) leaves that button or key
+# down, and the server then drops the next press of it. Tests start, and end, with every button
+# and modifier up and the pointer in the corner; this matters where tests share a screen (a run
+# with WINDOW_TEST_SHARED_X set, or a display of the developer's own).
 release_input() {
   xdotool mouseup 1 mouseup 2 mouseup 3 keyup ctrl keyup shift keyup alt >/dev/null 2>&1
   xdotool mousemove --sync 1 1 >/dev/null 2>&1 || true
