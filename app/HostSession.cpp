@@ -3,6 +3,7 @@
 #include "app/GenericAppComponent.h"
 #include "app/ParentProcess.h"
 #include "document/Layer.h"
+#include "effect/TornvaleEffect.h"
 #include "imaging/ImageStream.h"
 #include "ui/SxAlertComponent.h"
 
@@ -133,6 +134,17 @@ bool HostSession::applySettingsFrom(const juce::File& actionFile, Layer& effect)
     {
         log("The scripted settings are for \"" + settings.effectName + "\", not for this effect");
         return false;
+    }
+    // A host script names only the settings it wants changed, as tornvale-render's --set does:
+    // each key it gives is set and the others keep their values. Read as a whole saved state,
+    // every key it left out would fall to 0.
+    if (auto* tornvale = dynamic_cast<TornvaleEffect*>(&effect))
+    {
+        const auto& values = settings.dictionary.getAllProperties();
+        for (int i = 0; i < values.size(); ++i)
+            if (!tornvale->setFromText(values.getAllKeys()[i], values.getAllValues()[i]))
+                log("The scripted setting \"" + values.getAllKeys()[i] + "\" is not known; it is left out");
+        return true;
     }
     effect.restoreFromDictionary(settings.dictionary, {});
     return true;

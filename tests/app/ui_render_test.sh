@@ -152,10 +152,13 @@ below "$value" 0.003 || fail "the picture after the drag is not the render of th
 click renderingModeCheckbox
 wait_state manual 1 || fail "the render mode checkbox did not switch to manual"
 renders=$(state renders)
-line=$(where postSharpenSlider); read -r _ sx sy sw sh <<<"$line"
-xdotool mousemove --sync $(( sx + 7 )) $(( sy + sh - 12 ))
-xdotool mousemove --sync $(( sx + 12 )) $(( sy + sh - 12 )) mousedown 1 mousemove --sync $(( sx + sw - 14 )) $(( sy + sh - 12 )) mouseup 1
+# Taper Length back from the right end to the left: a change that the picture shows plainly.
+before=$(param strokeLength)
+line=$(where strokeLengthSlider); read -r _ sx sy sw sh <<<"$line"
+xdotool mousemove --sync $(( sx + sw - 7 )) $(( sy + sh - 12 ))
+xdotool mousemove --sync $(( sx + sw - 12 )) $(( sy + sh - 12 )) mousedown 1 mousemove --sync $(( sx + 12 )) $(( sy + sh - 12 )) mouseup 1
 sleep 2
+[ "$(param strokeLength)" != "$before" ] || fail "the drag in manual mode did not move Taper Length ($before)"
 [ "$(state renders)" = "$renders" ] || fail "a render ran in manual mode"
 shot "$work/manual.png"
 value=$(rmse "$work/manual.png" "$work/redone.png")
@@ -164,7 +167,7 @@ click renderButton
 wait_idle $((renders + 1)) render-button
 shot "$work/rendered.png"
 value=$(rmse "$work/rendered.png" "$work/manual.png")
-say "Render button after an Edge Sharpen change: RMSE $value"
+say "Render button after a Taper Length change: RMSE $value"
 below "$value" 0.002 && fail "the Render button did not show the change"
 click renderingModeCheckbox
 wait_state manual 0 || fail "the render mode checkbox did not switch back to automatic"
