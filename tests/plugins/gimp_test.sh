@@ -76,7 +76,9 @@ for kind in rgb8 rgb16 grey8; do
   # for the effect and grey takes another luminance formula than ImageMagick's: a few levels.
   limit=0.02; [ "$kind" = rgb8 ] && limit=0.0005
   below "$toref" "$limit" || fail "$kind differs from tornvale-render ($toref)"
-  below 0.1 "$toin" || fail "$kind did not become line art ($toin)"
+  # A 240-pixel photo renders with the short lines of its small scale, and grey loses the colour
+  # part of the change: 0.06 to 0.15 was measured; a photo handed back unchanged gives 0.
+  below 0.03 "$toin" || fail "$kind did not become line art ($toin)"
 done
 
 # A selection of the right half: the left half comes back with every 16-bit sample as it was.
