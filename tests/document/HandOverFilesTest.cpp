@@ -27,9 +27,9 @@ struct ModeCase
 };
 const ModeCase allModes[] = { { grey8, 1, 1 }, { rgb8, 3, 1 }, { grey16, 1, 2 }, { rgb16, 3, 2 }, { rgb8, 4, 1 } };
 
-Image makeImage(const ModeCase& m, int width, int height, bool withMask, unsigned seed)
+Image makeImage(const ModeCase& m, int width, int height, bool withMask, unsigned salt)
 {
-    std::mt19937 random(seed);
+    std::mt19937 random(salt);
     Image image;
     auto& h = image.header;
     h.title = juce::String::fromUTF8("/photos/Schnee ü.tif");
@@ -72,9 +72,9 @@ bool readBytes(const juce::MemoryBlock& bytes, Image& image, juce::String& error
     return readImage(in, image, error);
 }
 
-SxRef<SxImageRgbaBytes> randomResult(int width, int height, unsigned seed)
+SxRef<SxImageRgbaBytes> randomResult(int width, int height, unsigned salt)
 {
-    std::mt19937 random(seed);
+    std::mt19937 random(salt);
     auto result = SxRef<SxImageRgbaBytes>::adopt(new SxImageRgbaBytes(width, height));
     for (size_t i = 0; i < result->byteCount(); ++i)
         result->pixels[i] = (uint8_t) random();
