@@ -128,11 +128,20 @@ below "$beside" 0.05 && fail "the stroke still shows the art (RMSE $beside)"
 below "$away" 0.002 || fail "the stroke changed the picture away from it (RMSE $away)"
 
 # Invert turns the mask round; twice is the stroke again.
-click invertButton2; sleep 0.5; shot "$work/inverted.png"
-value=$(band_rmse "$work/inverted.png" "$work/adjusted.png" 0 0.1 1 0.35)
+click invertButton2
+for _ in $(seq 20); do
+  sleep 0.5; shot "$work/inverted.png"
+  value=$(band_rmse "$work/inverted.png" "$work/adjusted.png" 0 0.1 1 0.35)
+  below "$value" 0.03 && break
+done
 below "$value" 0.03 || fail "Invert did not show the photo away from the stroke (RMSE $value)"
-click invertButton2; sleep 0.5; shot "$work/twice.png"
-value=$(rmse "$work/twice.png" "$work/stroke.png")
+click invertButton2
+# The repaint after a click lags on a busy machine: look again for a while before judging.
+for _ in $(seq 20); do
+  sleep 0.5; shot "$work/twice.png"
+  value=$(rmse "$work/twice.png" "$work/stroke.png")
+  below "$value" 0.002 && break
+done
 below "$value" 0.002 || fail "Invert twice is not the stroke again (RMSE $value)"
 [ "$(state renders)" = "$renders" ] || fail "a mask button started a render"
 
