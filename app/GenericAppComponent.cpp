@@ -6,6 +6,7 @@
 #include "app/DocumentKeyRoute.h"
 #include "app/EffectControlPanel.h"
 #include "app/HostSession.h"
+#include "app/InputTrace.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
 #include "app/PresetActions.h"
@@ -248,6 +249,7 @@ void GenericAppComponent::initializeComplete()
     if (mapPath.isNotEmpty())
     {
         componentMapFile = juce::File(mapPath);
+        inputTrace = std::make_unique<InputTrace>();
         startTimer(componentMapTimer, 300);
     }
     grabKeyboardFocus();
@@ -961,7 +963,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
     auto* peer = getPeer();
     text << " focus=" << (focusName.isEmpty() ? juce::String("unnamed") : focusName.replaceCharacter(' ', '_'))
          << " windowFocused=" << (peer != nullptr && peer->isFocused() ? 1 : 0)
-         << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents() << '\n';
+         << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents()
+         << (inputTrace != nullptr ? inputTrace->describe() : juce::String()) << '\n';
     // Enable and tick states of every command, as the menus show them: "command id enabled
     // ticked name".
     for (auto id : AppCommands::allCommands())

@@ -28,6 +28,7 @@ class PresetActions;
 class PresetManager;
 class EffectControlPanel;
 class HostSession;
+class InputTrace;
 class RenderThread;
 class SxPanTool;
 class SxToolSwitcher;
@@ -339,6 +340,7 @@ protected:
     std::unique_ptr<SxToolSwitcher> toolSwitcher;
     std::unique_ptr<HostSession> hostSession;
     std::unique_ptr<DocumentKeyRoute> keyRoute;
+    std::unique_ptr<InputTrace> inputTrace;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
     SxRef<SxImageRgbaBytes> displayImage;
