@@ -128,7 +128,6 @@ bool isUnavailable(juce::CommandID id)
         case pasteAndMatchStyle:
         case deleteSelection:
         case selectAll:
-        case preferences:
         case print:
         case makerInfo:
         case makerProducts:

@@ -31,6 +31,7 @@
 #include "ui/SxAlertComponent.h"
 #include "ui/SxComponent.h"
 #include "ui/SxSlider.h"
+#include "wizards/PreferencesPanel.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -1227,6 +1228,25 @@ void GenericAppComponent::savePresetDialog()
     PresetNamePanel::show(*this, "My Preset", [this](const juce::String& name) { presetActions->saveNamed(name); });
 }
 
+void GenericAppComponent::showPreferences()
+{
+    if (jobRunning || PreferencesPanel::findIn(*this) != nullptr)
+        return;
+    PreferencesPanel::Actions actions;
+    actions.setMaximumMegapixels = [this](double megapixels) {
+        ImageLimits::setMaximumMegapixels(megapixels);
+        applicationProperties->setValue("maxMegapixels", megapixels);
+        applicationProperties->saveIfNeeded();
+    };
+    actions.rebuildDefaultPresets = [this] {
+        const bool ok = BuiltInPresets::writeDefaultPresets(BuiltInPresets::getPresetFolder());
+        if (presetManager != nullptr)
+            presetManager->rebuildList();
+        return ok;
+    };
+    PreferencesPanel::show(*this, ImageLimits::maximumMegapixels(), std::move(actions));
+}
+
 bool GenericAppComponent::savePresetNamed(const juce::String& name)
 {
     auto* effect = getEffectLayer();
@@ -1335,6 +1355,7 @@ bool GenericAppComponent::perform(const InvocationInfo& info)
         case AppCommands::openProject: openProjectDialog(); break;
         case AppCommands::saveProject: saveProject(true); break;
         case AppCommands::savePreset: savePresetDialog(); break;
+        case AppCommands::preferences: showPreferences(); break;
         case AppCommands::savePhoto: saveImage(); break;
         case AppCommands::copyRenderCommand: copyRenderCommand(); break;
         case AppCommands::undo: undoStep(); break;

@@ -103,6 +103,8 @@ public:
     bool saveProjectNow(const juce::File& file);
     /** Asks for a name, then saves the effect's settings as a preset of that name. */
     void savePresetDialog();
+    /** Shows the preferences panel: the picture size limit and "Rebuild Default Presets". */
+    void showPreferences();
     bool savePresetNamed(const juce::String& name);
     /** The effect's present settings become what every newly opened picture starts with. */
     void saveStartupSettings();

@@ -7,11 +7,14 @@
 #include "app/EffectControlPanel.h"
 #include "document/ProjectFile.h"
 #include "imaging/ImageFileReader.h"
+#include "imaging/ImageFileWriter.h"
+#include "imaging/ImageLimits.h"
 #include "presets/BuiltInPresets.h"
 #include "presets/PresetFile.h"
 #include "tools/SxPanTool.h"
 #include "ui/SxAlertComponent.h"
 #include "ui/SxSlider.h"
+#include "wizards/PreferencesPanel.h"
 
 #include "app/AppTestSupport.h"
 
@@ -117,7 +120,7 @@ TEST_F(Commands, DisabledWithoutAPictureAndMenusInOrder)
     juce::Array<juce::CommandID> ids;
     component->getAllCommands(ids);
     const juce::Array<juce::CommandID> needPicture { 0x2000, 0x2001, 0x2002, 0x2003, 0x3001, 0x3002, 0x3003, 0x3004, 0x5001, 0x4101, 0x2013 };
-    const juce::Array<juce::CommandID> enabledWithout { 0x2011, 0x5000, 0x3005, 0x4006, 0x4008, 0x4102 };
+    const juce::Array<juce::CommandID> enabledWithout { 0x2011, 0x5000, 0x3005, 0x4006, 0x4008, 0x4102, 0x2010 };
     for (auto id : needPicture)
         EXPECT_TRUE(isDisabled(id)) << id;
     for (auto id : enabledWithout)
@@ -356,6 +359,54 @@ TEST_F(Commands, DefaultSettingsApplyToNextPicturesUntilReset)
         same += effectSettings().getAllProperties() == defaults.getAllProperties() ? 1 : 0;
     }
     EXPECT_LT(same, 3);
+}
+
+TEST_F(Commands, PreferencesSetThePictureLimitAndRebuildThePresets)
+{
+    // A 1.2 megapixel photo: refused under a limit of 1, opened once the limit is 2.
+    const auto big = home.getChildFile("big.png");
+    SxImageRgbaBytes pixels(1200, 1000);
+    ASSERT_TRUE(ImageFileWriter::write(pixels, big, ImageFileType::png, {}).wasOk());
+    auto setLimit = [this](const juce::String& text) {
+        ASSERT_TRUE(component->getCommandManager().invokeDirectly(AppCommands::preferences, false));
+        auto* panel = PreferencesPanel::findIn(*component);
+        ASSERT_NE(panel, nullptr);
+        // The editor tells its listeners of a change asynchronously.
+        panel->getMegapixelEditor().setText(text, true);
+        settle();
+        EXPECT_FALSE(panel->getOkButton().isEnabled()) << "accepted " << text;
+        panel->getMegapixelEditor().setText("0", true);
+        settle();
+        EXPECT_FALSE(panel->getOkButton().isEnabled());
+        panel->getMegapixelEditor().setText(text.retainCharacters("0123456789"), true);
+        settle();
+        ASSERT_TRUE(panel->getOkButton().isEnabled());
+        panel->apply();
+        settle();
+        EXPECT_EQ(PreferencesPanel::findIn(*component), nullptr);
+    };
+    setLimit("1..");
+    EXPECT_EQ(ImageLimits::maximumMegapixels(), 1.0);
+    EXPECT_FALSE(component->openImage(big, false));
+    settle();
+    setLimit("2..");
+    EXPECT_EQ(component->getUserSettings()->getDoubleValue("maxMegapixels"), 2.0);
+    EXPECT_TRUE(component->openImage(big, false));
+    settle();
+
+    // A deleted built-in comes back.
+    const auto presets = BuiltInPresets::getPresetFolder().findChildFiles(juce::File::findFiles, false, "*.pre");
+    ASSERT_FALSE(presets.isEmpty());
+    ASSERT_TRUE(presets[0].deleteFile());
+    ASSERT_TRUE(component->getCommandManager().invokeDirectly(AppCommands::preferences, false));
+    auto* panel = PreferencesPanel::findIn(*component);
+    ASSERT_NE(panel, nullptr);
+    panel->getRebuildButton().triggerClick();
+    settle();
+    EXPECT_TRUE(presets[0].existsAsFile());
+    panel->cancel();
+    settle();
+    ImageLimits::setMaximumMegapixels(ImageLimits::defaultMegapixels);
 }
 
 TEST_F(Commands, PresetSavedUnderTheTypedName)
