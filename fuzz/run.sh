@@ -7,7 +7,7 @@ set -u
 cd "$(dirname "$0")/.."
 seconds=${1:-600}; shift || true
 targets=("$@")
-[ ${#targets[@]} -eq 0 ] && targets=(fuzz_image_reader fuzz_project_reader fuzz_propertyset_binary fuzz_propertyset_xml fuzz_preset_reader fuzz_handover_reader)
+[ ${#targets[@]} -eq 0 ] && targets=(fuzz_image_reader fuzz_project_reader fuzz_propertyset_binary fuzz_propertyset_xml fuzz_preset_reader fuzz_handover_reader fuzz_color_palette)
 status=0
 for target in "${targets[@]}"; do
     binary=build-fuzz/bin/$target
