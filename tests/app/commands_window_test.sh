@@ -83,6 +83,9 @@ settled() { # min_renders
     sleep 0.5
   done
 }
+# The dice, and the render it starts. The count is read before the click: click waits until the
+# program took the press, and by then the render may have ended.
+dice() { local before; before=$(state renders); click randomizeButton; settled $(( before + 1 )); }
 shot() { # out: a 32 x 32 thumbnail of the picture shown
   local line; line=$(where shownImage); [ -n "$line" ] || fail "no picture shown"
   xdotool mousemove --sync 1 1; sleep 0.4
@@ -144,8 +147,8 @@ settled 1
 
 # 3. Two changes, then Ctrl+Z twice and Ctrl+Shift+Z twice walk the records.
 p0=$(params); u0=$(state undo)
-click randomizeButton; settled $(( $(state renders) + 1 )); p1=$(params)
-click randomizeButton; settled $(( $(state renders) + 1 )); p2=$(params)
+dice; p1=$(params)
+dice; p2=$(params)
 [ "$p1" != "$p0" ] && [ "$p2" != "$p1" ] || fail "randomize did not change the settings"
 # Each key is pressed once the last render has ended, as a user waiting for the picture would.
 key_when_idle() { wait_for 60 "renders to end" 'idle'; sleep 0.3; press "$1"; }
@@ -236,7 +239,7 @@ wait_for 30 "Ctrl+O of a second photo" 'test "$(state image)" = 451x300'
 settled 1
 
 # 8. After one change, opening asks whether to save; Escape keeps the document.
-click randomizeButton; settled $(( $(state renders) + 1 ))
+dice
 [ "$(state fresh)" = 0 ] || fail "a change left the document marked as saved"
 answer "$samples/coffee.png"
 press ctrl+o

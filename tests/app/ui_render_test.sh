@@ -138,10 +138,10 @@ say "after the drag against before: RMSE $value"
 below "$value" 0.003 && fail "the picture did not change with the slider"
 # The undo record of the last value, rendered afresh, must give the very picture on the screen:
 # Ctrl+Z renders the value before it, Ctrl+Shift+Z renders the last value from its record.
-press ctrl+z
-wait_idle $(( $(state renders) + 1 )) undo
-press ctrl+shift+z
-wait_idle $(( $(state renders) + 1 )) redo
+r=$(state renders); press ctrl+z
+wait_idle $(( r + 1 )) undo
+r=$(state renders); press ctrl+shift+z
+wait_idle $(( r + 1 )) redo
 [ "$(param strokeLength)" = "$after" ] || fail "redo did not return to $after ($(param strokeLength))"
 shot "$work/redone.png"
 value=$(rmse "$work/redone.png" "$work/dragged.png")
