@@ -1,15 +1,13 @@
 #pragma once
 // Asks for the name of a new preset: a small panel over the window with a text field, "Save"
-// and "Cancel". It runs no modal loop; while it shows, it is the window's modal component, so
-// clicks and shortcuts elsewhere wait. Return saves, Escape cancels, and the panel deletes itself
-// once answered.
+// and "Cancel". While it shows, clicks and shortcuts elsewhere wait; Return saves, Escape cancels.
 
-#include "ui/SxComponent.h"
+#include "ui/SxOverlayPanel.h"
 #include "ui/SxRoundRectangleButton.h"
 
 #include <functional>
 
-class PresetNamePanel : public SxComponent, private juce::TextEditor::Listener
+class PresetNamePanel : public SxOverlayPanel, private juce::TextEditor::Listener
 {
 public:
     /** Shows the panel centred over parent; done runs with the trimmed name on "Save" (never with
@@ -22,22 +20,17 @@ public:
     juce::Button& getCancelButton() { return cancelButton; }
 
     void save();
-    void cancel();
-
-    bool keyPressed(const juce::KeyPress& key) override;
-    void paint(juce::Graphics& g) override;
     void resized() override;
 
 private:
     PresetNamePanel(const juce::String& suggestedName, std::function<void(const juce::String&)> done);
+    void accept() override { save(); }
     void textEditorReturnKeyPressed(juce::TextEditor&) override { save(); }
     void textEditorEscapeKeyPressed(juce::TextEditor&) override { cancel(); }
     void textEditorTextChanged(juce::TextEditor&) override;
-    void finish();
 
     juce::TextEditor nameEditor { "presetNameEditor" };
     SxRoundRectangleButton saveButton { "presetNameSaveButton", "Save" };
     SxRoundRectangleButton cancelButton { "presetNameCancelButton", "Cancel" };
     std::function<void(const juce::String&)> onSave;
-    bool finished = false;
 };

@@ -11,12 +11,7 @@ constexpr double largestLimit = 4295.0;
 PreferencesPanel* PreferencesPanel::show(juce::Component& parent, double currentMegapixels, Actions actions)
 {
     auto* panel = new PreferencesPanel(currentMegapixels, std::move(actions));
-    parent.addAndMakeVisible(panel);
-    panel->setBoundsString("(parent.width / 2) - 190, (parent.height / 2) - 90, left + 380, top + 180");
-    panel->toFront(false);
-    panel->enterModalState(false);
-    if (panel->isShowing())
-        panel->megapixelEditor.grabKeyboardFocus();
+    panel->present(parent, 380, 180, panel->megapixelEditor);
     return panel;
 }
 
@@ -29,9 +24,8 @@ PreferencesPanel* PreferencesPanel::findIn(juce::Component& parent)
 }
 
 PreferencesPanel::PreferencesPanel(double currentMegapixels, Actions actionsToUse)
-    : SxComponent("preferencesPanel"), actions(std::move(actionsToUse))
+    : SxOverlayPanel("preferencesPanel", "Preferences"), actions(std::move(actionsToUse))
 {
-    setWantsKeyboardFocus(true);
     for (auto* label : { &megapixelLabel, &rebuildStatus })
     {
         label->setFont(juce::Font(13.0f));
@@ -82,50 +76,12 @@ void PreferencesPanel::rebuild()
 void PreferencesPanel::apply()
 {
     const double megapixels = enteredMegapixels();
-    if (finished || megapixels <= 0.0)
+    if (isFinished() || megapixels <= 0.0)
         return;
     const auto callback = actions.setMaximumMegapixels;
     finish();
     if (callback)
         callback(megapixels);
-}
-
-void PreferencesPanel::cancel()
-{
-    if (!finished)
-        finish();
-}
-
-void PreferencesPanel::finish()
-{
-    finished = true;
-    exitModalState(0);
-    setVisible(false);
-    if (auto* parent = getParentComponent())
-    {
-        parent->removeChildComponent(this);
-        // Shortcuts work again at once.
-        if (parent->isShowing())
-            parent->grabKeyboardFocus();
-    }
-    // This may run inside a click on one of its own buttons.
-    auto* self = this;
-    juce::MessageManager::callAsync([self] { delete self; });
-}
-
-bool PreferencesPanel::keyPressed(const juce::KeyPress& key)
-{
-    if (key == juce::KeyPress::returnKey)
-        apply();
-    else if (key == juce::KeyPress::escapeKey)
-        cancel();
-    return true;
-}
-
-void PreferencesPanel::paint(juce::Graphics& g)
-{
-    SxPaint::outlinedPanel(g, getLocalBounds(), SxColours::panel, 8.0f);
-    SxPaint::panelTitle(g, "Preferences", { 16, 12, getWidth() - 32, 20 });
 }
 
 void PreferencesPanel::resized()

@@ -1,14 +1,14 @@
 #pragma once
 // The program's preferences: the largest picture it agrees to open, and a way to write the
-// built-in presets back after the user deleted some. A small panel over the window like the
-// preset name panel: no modal loop, Return applies, Escape cancels, it deletes itself once done.
+// built-in presets back after the user deleted some. A panel over the window: Return applies,
+// Escape cancels.
 
-#include "ui/SxComponent.h"
+#include "ui/SxOverlayPanel.h"
 #include "ui/SxRoundRectangleButton.h"
 
 #include <functional>
 
-class PreferencesPanel : public SxComponent, private juce::TextEditor::Listener
+class PreferencesPanel : public SxOverlayPanel, private juce::TextEditor::Listener
 {
 public:
     struct Actions
@@ -34,19 +34,15 @@ public:
     juce::Button& getRebuildButton() { return rebuildButton; }
 
     void apply();
-    void cancel();
-
-    bool keyPressed(const juce::KeyPress& key) override;
-    void paint(juce::Graphics& g) override;
     void resized() override;
 
 private:
     PreferencesPanel(double currentMegapixels, Actions actions);
+    void accept() override { apply(); }
     void textEditorReturnKeyPressed(juce::TextEditor&) override { apply(); }
     void textEditorEscapeKeyPressed(juce::TextEditor&) override { cancel(); }
     void textEditorTextChanged(juce::TextEditor&) override;
     void rebuild();
-    void finish();
 
     juce::Label megapixelLabel { "maxMegapixelsLabel", "Largest picture to open (megapixels)" };
     juce::TextEditor megapixelEditor { "maxMegapixelsEditor" };
@@ -55,5 +51,4 @@ private:
     SxRoundRectangleButton okButton { "preferencesOkButton", "OK" };
     SxRoundRectangleButton cancelButton { "preferencesCancelButton", "Cancel" };
     Actions actions;
-    bool finished = false;
 };
