@@ -5,6 +5,7 @@
 #include "document/LayerManager.h"
 #include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
+#include "imaging/ImageLimits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     static ProjectFuzzLayer prototype;
     static const bool registered = (LayerManager::addEffectPrototype(&prototype), true);
     (void) registered;
+    // The picture limit that fits under the runs' allocation ceiling, as in the image reader's.
+    static const bool limited = (ImageLimits::setMaximumMegapixels(12), true);
+    (void) limited;
 
     {
         juce::MemoryInputStream in(data, size, false);

@@ -123,6 +123,21 @@ DecodedImage readJpeg(const uint8_t* data, size_t size)
         jpeg_destroy_decompress(&info);
         return failure(refused);
     }
+    // A sequential Huffman-coded file codes every 8 x 8 block of every component, and no block in
+    // fewer than two bits (its DC difference and the end of its block). Fewer bytes than that is a
+    // file cut short, turned away before the picture's buffer is made. Progressive and arithmetic
+    // coding can go below a bit a block, and are left to the size limit.
+    if (! info.progressive_mode && ! info.arith_code)
+    {
+        uint64_t blocks = 0;
+        for (int c = 0; c < info.num_components; ++c)
+            blocks += (uint64_t) info.comp_info[c].width_in_blocks * info.comp_info[c].height_in_blocks;
+        if (blocks / 4 > size)
+        {
+            jpeg_destroy_decompress(&info);
+            return failure("not an image: the file is shorter than the picture it describes");
+        }
+    }
 
     JOCTET* profile = nullptr;
     if (jpeg_read_icc_profile(&info, &profile, &iccLength))
@@ -203,6 +218,16 @@ DecodedImage readPng(const uint8_t* data, size_t size)
     {
         lodepng_state_cleanup(&state);
         return failure(refused);
+    }
+    // Deflate turns a byte of data into at most 1032 bytes (a 258-byte match in two bits), so the
+    // filtered rows cannot come out of fewer bytes than this: a short file is turned away before
+    // the decoder makes buffers for the whole picture.
+    const uint64_t bitsPerPixel = lodepng_get_bpp(&state.info_png.color);
+    const uint64_t filteredBytes = (uint64_t) height * (1 + ((uint64_t) width * bitsPerPixel + 7) / 8);
+    if (filteredBytes / 1032 > size)
+    {
+        lodepng_state_cleanup(&state);
+        return failure("not an image: the file is shorter than the picture it describes");
     }
 
     state.info_raw.colortype = LCT_RGBA;

@@ -110,10 +110,10 @@ TEST(ImageLimits, HugeHeadersAreRefusedByNameWithoutTakingTheMemory)
     juce::MemoryInputStream in(project.getMemoryBlock(), false);
     EXPECT_EQ(ProjectFile::readPreview(in).get(), nullptr);
 
-    // With the limit raised, a PNG or an uncompressed TIFF is still measured against its bytes
-    // (or, on a small machine, against the free memory) before a buffer is made.
+    // With the limit raised, each is still measured against its bytes (or, on a small machine,
+    // against the free memory) before a buffer is made.
     ImageLimits::setMaximumMegapixels(300);
-    for (const char* name : { "huge.png", "huge.tif" })
+    for (const char* name : { "huge.png", "huge.jpg", "huge.tif" })
         EXPECT_FALSE(ImageFileReader::read(temp.file(name)).ok()) << name;
     ImageLimits::setMaximumMegapixels(ImageLimits::defaultMegapixels);
 
