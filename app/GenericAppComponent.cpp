@@ -544,34 +544,41 @@ void GenericAppComponent::startPreviewRender(const LayerRect& region, bool showB
     currentRenderThread->startThread();
 }
 
-void GenericAppComponent::renderOnThread(const LayerRect& region)
+SxImageRgbaBytes* GenericAppComponent::renderOnThread(const LayerRect& region)
 {
-    layerManager->render(region.meansWholePicture() ? nullptr : &region, false, false);
+    return layerManager->render(region.meansWholePicture() ? nullptr : &region, false, false);
 }
 
 void GenericAppComponent::previewRenderFinished(RenderThread* thread)
 {
     if (thread != currentRenderThread)
         return; // a render stopped by an open or a quit; its owner deleted it already
-    // Catch up on the message thread: clean layers return their cache, a layer a change made
-    // dirty while the thread ran renders now, so the newest state always ends on the screen.
-    renderImmediate();
-    document->setShowActivity(false, {});
-    rendering = false;
+    const SxRef<SxImageRgbaBytes> result = thread->result;
     thread->stopThread(-1);
     currentRenderThread = nullptr;
     delete thread;
+    rendering = false;
+    showRenderedImage(result.get());
     log("Render Complete");
+
+    // A change made while the thread ran marked its layer again. The newest state renders next,
+    // on a thread as well: the states in between are never rendered, and the window keeps
+    // answering. The busy sign stays up until the last render of the chain ends.
+    if (result.get() != nullptr && layerManager != nullptr && layerManager->needsRender())
+    {
+        startPreviewRender(wholePicture(), false);
+        if (currentRenderThread != nullptr)
+            return;
+    }
+    document->setShowActivity(false, {});
 }
 
 void GenericAppComponent::renderImmediate()
 {
-    if (previewImage.get() == nullptr || layerManager == nullptr)
-        return;
-    if (presetActions != nullptr)
-        presetActions->stopPreviewThread();
-    layerManager->setHighQuality(false);
-    showRenderedImage(layerManager->render(nullptr, false, false));
+    // The Render button: the newest state, rendered on a thread like every other preview. A
+    // render that runs now ends with whatever changed meanwhile, so a press then needs nothing.
+    if (currentRenderThread == nullptr)
+        startPreviewRender(wholePicture(), true);
 }
 
 void GenericAppComponent::showRenderedImage(SxImageRgbaBytes* image)

@@ -161,10 +161,10 @@ public:
     void layersChanged() override {}
     /** Starts a preview render of region unless one runs or a document is loading. */
     void startPreviewRender(const LayerRect& region, bool showBusy);
-    /** The Render button: a blocking preview render on the message thread. */
+    /** The Render button: a preview render of the newest state, on a thread. */
     void renderImmediate();
-    /** Called by the render thread. */
-    void renderOnThread(const LayerRect& region);
+    /** Called by the render thread: the stack's picture, which the stack owns. */
+    SxImageRgbaBytes* renderOnThread(const LayerRect& region);
     /** Called by the completion message on the message thread. */
     void previewRenderFinished(RenderThread* thread);
     bool isRendering() const { return rendering; }

@@ -37,7 +37,7 @@ RenderThread::~RenderThread()
 
 void RenderThread::run()
 {
-    component->renderOnThread(region);
+    result = SxRef<SxImageRgbaBytes>::share(component->renderOnThread(region));
     // The message system owns the message once posted; a failed post (only at quit) leaves the
     // lock set, which is harmless then, as nothing renders after quit.
     if (!completionMessage->post())

@@ -4,6 +4,8 @@
 // the render ends, a message brings the result back to the message thread.
 
 #include "document/LayerRenderParameters.h"
+#include "imaging/SxImageRgbaBytes.h"
+#include "imaging/SxSmartPtr.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -43,6 +45,8 @@ public:
     LayerRect region;
     /** Counts the threads of the process; the completion message checks it. */
     const int serial;
+    /** What the render made: the stack's picture, shown by the message thread when it ends. */
+    SxRef<SxImageRgbaBytes> result;
     /** Held from creation so the message exists even if posting fails at quit. */
     juce::ReferenceCountedObjectPtr<RenderPreviewCompleteMessage> completionMessage;
 };

@@ -2,8 +2,6 @@
 
 #include "document/StaticImageLayer.h"
 
-#include <algorithm>
-
 LayerManager::~LayerManager()
 {
     delete pendingRegion;
@@ -133,6 +131,16 @@ void LayerManager::markAllDirty()
 {
     for (auto* layer : layers)
         layer->setNeedsRender(true);
+}
+
+bool LayerManager::needsRender() const
+{
+    // Only layers that a render visits count: a hidden layer stays marked until it shows again,
+    // and must not keep asking for renders that never reach it.
+    for (size_t i = 0; i < layers.size(); ++i)
+        if ((i == 0 || layers[i]->getVisible() || layers[i]->hasVisibleOverlay()) && layers[i]->getNeedsRender())
+            return true;
+    return false;
 }
 
 void LayerManager::invalidateFrom(Layer* layer, bool andRender)

@@ -40,6 +40,8 @@ public:
     virtual void moveLockedToTop();
     virtual bool hasVisibleLayerAbove(const Layer* layer) const;
     virtual void markAllDirty();
+    /** True while a layer waits for a render: a change made since its last one. */
+    bool needsRender() const;
     /** Marks layer and every layer above that renders again after a lower one. */
     virtual void invalidateFrom(Layer* layer, bool andRender);
     virtual void invalidateAbove(Layer* layer, bool andRender);
