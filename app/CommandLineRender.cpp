@@ -1,11 +1,13 @@
 #include "app/CommandLineRender.h"
 #include "app/CommandLine.h"
 #include "cli/render/RenderJob.h"
+#include "imaging/FileBytes.h"
 
 #include <juce_events/juce_events.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace CommandLineRender
 {
@@ -15,7 +17,7 @@ juce::StringArray argumentsOf(int argc, const char* const* argv)
 {
     juce::StringArray arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.add(juce::String::fromUTF8(argv[i]));
+        arguments.add(FileBytes::toTextReplacingBadBytes(argv[i], std::strlen(argv[i])));
     return arguments;
 }
 } // namespace

@@ -1,6 +1,11 @@
 #include "app/CommandLineRender.h"
 #include "app/HostScriptedRun.h"
 #include "app/Tornvale.h"
+#include "imaging/FileBytes.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
 
 JUCE_CREATE_APPLICATION_DEFINE(Tornvale)
 
@@ -12,6 +17,22 @@ int main(int argc, char* argv[])
     if (HostScriptedRun::wanted(argc, argv))
         return HostScriptedRun::run();
 
+    // JUCE makes its strings of the arguments as they are, and overflows its copies of a name
+    // that is not UTF-8 in its shortest form (a file name on Linux may hold any bytes): such an
+    // argument reaches it with the bad bytes shown as U+FFFD, and is then reported as not found.
+    std::vector<std::string> cleaned;
+    std::vector<const char*> arguments;
+    cleaned.reserve((size_t) argc);
+    for (int i = 0; i < argc; ++i)
+    {
+        const size_t length = std::strlen(argv[i]);
+        cleaned.push_back(FileBytes::isStrictUtf8(argv[i], length)
+                              ? std::string(argv[i], length)
+                              : FileBytes::toTextReplacingBadBytes(argv[i], length).toStdString());
+        arguments.push_back(cleaned.back().c_str());
+    }
+    arguments.push_back(nullptr);
+
     juce::JUCEApplicationBase::createInstance = &juce_CreateApplication;
-    return juce::JUCEApplicationBase::main(argc, (const char**) argv);
+    return juce::JUCEApplicationBase::main(argc, arguments.data());
 }

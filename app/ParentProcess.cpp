@@ -1,4 +1,5 @@
 #include "app/ParentProcess.h"
+#include "imaging/FileBytes.h"
 
 #include <climits>
 #include <unistd.h>
@@ -43,9 +44,11 @@ juce::String executableOfProcess(int pid)
     char target[PATH_MAX];
     const auto length = ::readlink((proc + "/exe").toRawUTF8(), target, sizeof(target) - 1);
     if (length > 0)
-        return juce::String::fromUTF8(target, (int) length);
+        return FileBytes::toTextReplacingBadBytes(target, (size_t) length);
 
-    return juce::File(proc + "/comm").loadFileAsString().trim();
+    juce::MemoryBlock comm;
+    juce::File(proc + "/comm").loadFileAsData(comm);
+    return FileBytes::toTextReplacingBadBytes(comm.getData(), comm.getSize()).trim();
 }
 
 juce::String parentExecutable()

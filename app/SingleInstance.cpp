@@ -1,4 +1,5 @@
 #include "app/SingleInstance.h"
+#include "imaging/FileBytes.h"
 
 #include <cerrno>
 #include <cstring>
@@ -95,7 +96,7 @@ void serve(int connection, const SingleInstance::Receiver& receiver)
         return;
     const char ack = 'k';
     writeAll(connection, &ack, 1);
-    receiver(juce::String::fromUTF8(text.get(), (int) size));
+    receiver(FileBytes::toTextReplacingBadBytes(text.get(), size));
 }
 } // namespace
 

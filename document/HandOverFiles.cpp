@@ -1,4 +1,5 @@
 #include "document/HandOverFiles.h"
+#include "imaging/FileBytes.h"
 #include "imaging/ImageLimits.h"
 #include "imaging/SafeFileWrite.h"
 
@@ -66,8 +67,8 @@ bool readTitleLine(juce::InputStream& in, juce::String& title)
     if (length > 0 && text[length - 1] == '\r')
         --length;
     // A title is only shown; one that is not UTF-8 is dropped rather than half-decoded.
-    title = juce::CharPointer_UTF8::isValidString(text, (int) length) ? juce::String::fromUTF8(text, (int) length)
-                                                                       : juce::String();
+    if (! FileBytes::toText(text, (size_t) length, title))
+        title = {};
     return true;
 }
 
@@ -301,7 +302,10 @@ juce::Result writeResult(const Paths& paths, const Image& result)
 
 bool resultWasApplied(const Paths& paths)
 {
-    return paths.flag.loadFileAsString().trim() == appliedMark;
+    juce::MemoryBlock bytes;
+    juce::String text;
+    return paths.flag.loadFileAsData(bytes) && FileBytes::toText(bytes.getData(), bytes.getSize(), text)
+           && text.trim() == appliedMark;
 }
 
 bool readActionSettings(juce::InputStream& in, ActionSettings& settings)
@@ -311,10 +315,10 @@ bool readActionSettings(juce::InputStream& in, ActionSettings& settings)
     if (size <= 0 || size > maxActionBytes)
         return false;
     juce::MemoryBlock bytes;
-    if (in.readIntoMemoryBlock(bytes, (ssize_t) size) != (size_t) size
-        || !juce::CharPointer_UTF8::isValidString(static_cast<const char*>(bytes.getData()), (int) bytes.getSize()))
+    juce::String text;
+    if (in.readIntoMemoryBlock(bytes, (ssize_t) size) != (size_t) size || !FileBytes::toText(bytes.getData(), bytes.getSize(), text))
         return false;
-    auto xml = SxPropertySet::parseXmlText(bytes.toString());
+    auto xml = SxPropertySet::parseXmlText(text);
     if (xml == nullptr)
         return false;
     SxPropertySet outer;

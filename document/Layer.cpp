@@ -3,6 +3,7 @@
 #include "document/LayerBlends.h"
 #include "document/LayerManager.h"
 #include "document/SxPropertySet.h"
+#include "imaging/FileBytes.h"
 
 #include <algorithm>
 #include <cxxabi.h>
@@ -305,7 +306,7 @@ juce::String Layer::cleanClassName(const juce::String& typeName)
 std::unique_ptr<juce::XmlElement> Layer::parseDictionaryXml(const juce::String& text)
 {
     const char* bytes = text.toRawUTF8();
-    if (text.isEmpty() || ! juce::CharPointer_UTF8::isValidString(bytes, (int) std::strlen(bytes)))
+    if (text.isEmpty() || ! FileBytes::isStrictUtf8(bytes, std::strlen(bytes)))
         return nullptr;
     return SxPropertySet::parseXmlText(text);
 }

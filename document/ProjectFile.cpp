@@ -40,14 +40,12 @@ bool readOldestForm(juce::InputStream& in, const char (&lengthBytes)[4], Project
     juce::MemoryBlock text;
     if (in.readIntoMemoryBlock(text, length) != (size_t) length)
         return false;
-    // JUCE's parser trusts its text to be UTF-8 and walks past the end of text that is not.
-    if (! juce::CharPointer_UTF8::isValidString((const char*) text.getData(), (int) text.getSize()))
+    // Text that is not strict UTF-8, or holds a zero byte, is damage; the parser hangs on some
+    // shapes of text, which the property set's guarded parser refuses.
+    juce::String xmlText;
+    if (! FileBytes::toText(text.getData(), text.getSize(), xmlText))
         return false;
-    // A zero byte would end the text early, and the parser hangs on some shapes of text: the
-    // property set's guarded parser refuses those.
-    if (std::memchr(text.getData(), 0, text.getSize()) != nullptr)
-        return false;
-    auto xml = SxPropertySet::parseXmlText(juce::String::fromUTF8((const char*) text.getData(), (int) text.getSize()));
+    auto xml = SxPropertySet::parseXmlText(xmlText);
     if (xml == nullptr)
         return false;
     document.settings.fromXml(*xml);

@@ -1,5 +1,6 @@
 #include "document/SxPropertySet.h"
 #include "imaging/ImageLimits.h"
+#include "imaging/FileBytes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -69,10 +70,7 @@ public:
         }
         const auto* data = (const char*) text.getData();
         const int size = (int) text.getDataSize();
-        if (size > 0 && ! juce::CharPointer_UTF8::isValidString(data, size))
-            return false;
-        result = juce::String::fromUTF8(data, size);
-        return true;
+        return FileBytes::toText(data, (size_t) size, result);
     }
 
     int64_t bytesConsumed() const { return consumedBeforeBuffer + position; }

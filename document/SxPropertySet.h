@@ -75,8 +75,8 @@ public:
     /** Parses XML text that came from a file. Null for a processing instruction other than the
         leading declaration and for a DTD: juce::parseXML never returns on text, a processing
         instruction and text again inside one element, and it expands DTD entities.
-        The text must have been made from bytes checked to be UTF-8: juce::String::fromUTF8 turns
-        some malformed sequences into a zero character, past which the parser reads out of bounds. */
+        The text must have been made from bytes checked by FileBytes::toText: JUCE's strings
+        overflow their copies on UTF-8 that is not in its shortest form. */
     static std::unique_ptr<juce::XmlElement> parseXmlText(const juce::String& text);
 
     //==============================================================================

@@ -2,20 +2,17 @@
 // pictures that the walk turns back from keys.
 
 #include "document/SxPropertySet.h"
+#include "imaging/FileBytes.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <limits>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    // Every reader checks its bytes before making text of them (fromUTF8 turns some malformed
-    // sequences into a zero character, past which juce::parseXML reads out of bounds).
-    if (size > (size_t) std::numeric_limits<int>::max() || std::memchr(data, 0, size) != nullptr
-        || ! juce::CharPointer_UTF8::isValidString((const char*) data, (int) size))
+    // Every reader checks its bytes before making text of them, as here.
+    juce::String text;
+    if (! FileBytes::toText(data, size, text))
         return 0;
-    const auto text = juce::String::fromUTF8((const char*) data, (int) size);
     auto xml = SxPropertySet::parseXmlText(text);
     if (xml == nullptr)
         return 0;

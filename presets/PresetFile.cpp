@@ -1,6 +1,7 @@
 #include "presets/PresetFile.h"
 
 #include "imaging/ImageFileReader.h"
+#include "imaging/FileBytes.h"
 #include "imaging/ImageRGBAPixelData.h"
 #include "imaging/SafeFileWrite.h"
 
@@ -45,10 +46,8 @@ Contents readLegacy(juce::InputStream& in, const char* head, int headBytes)
     if ((int64_t) bytes.getSize() > maxLegacyBytes || bytes.isEmpty())
         return result;
     const auto* data = (const char*) bytes.getData();
-    if (! juce::CharPointer_UTF8::isValidString(data, (int) bytes.getSize()))
-        return result;
-    const juce::String text = juce::String::fromUTF8(data, (int) bytes.getSize());
-    if (text.containsChar(0))
+    juce::String text;
+    if (! FileBytes::toText(data, bytes.getSize(), text))
         return result;
 
     if (auto xml = SxPropertySet::parseXmlText(text))

@@ -1,8 +1,10 @@
 // tornvale-render: the effect for scripts and batches, without a window.
 
 #include "cli/render/RenderJob.h"
+#include "imaging/FileBytes.h"
 #include "presets/BuiltInPresets.h"
 
+#include <cstring>
 #include <juce_events/juce_events.h>
 
 #include <iostream>
@@ -49,7 +51,7 @@ int main(int argc, char* argv[])
     juce::ScopedJuceInitialiser_GUI juce; // message manager for JUCE's own services; no window opens
     juce::StringArray arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.add(juce::String::fromUTF8(argv[i]));
+        arguments.add(FileBytes::toTextReplacingBadBytes(argv[i], std::strlen(argv[i])));
 
     juce::String error;
     const auto options = RenderCommandLine::parse(arguments, error);
