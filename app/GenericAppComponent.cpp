@@ -6,6 +6,7 @@
 #include "app/DocumentKeyRoute.h"
 #include "app/EffectControlPanel.h"
 #include "app/HostSession.h"
+#include "app/Heartbeat.h"
 #include "app/InputTrace.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
@@ -251,6 +252,7 @@ void GenericAppComponent::initializeComplete()
     {
         componentMapFile = juce::File(mapPath);
         inputTrace = std::make_unique<InputTrace>();
+        heartbeat = std::make_unique<Heartbeat>();
         startTimer(componentMapTimer, 300);
     }
     grabKeyboardFocus();
@@ -972,7 +974,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
     text << " focus=" << (focusName.isEmpty() ? juce::String("unnamed") : focusName.replaceCharacter(' ', '_'))
          << " windowFocused=" << (peer != nullptr && peer->isFocused() ? 1 : 0)
          << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents()
-         << (inputTrace != nullptr ? inputTrace->describe() : juce::String()) << '\n';
+         << (inputTrace != nullptr ? inputTrace->describe() : juce::String())
+         << (heartbeat != nullptr ? heartbeat->describe() : juce::String()) << '\n';
     // Enable and tick states of every command, as the menus show them: "command id enabled
     // ticked name".
     for (auto id : AppCommands::allCommands())

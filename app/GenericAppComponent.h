@@ -29,6 +29,7 @@ class PresetManager;
 class EffectControlPanel;
 class HostSession;
 class InputTrace;
+class Heartbeat;
 class RenderThread;
 class SxPanTool;
 class SxToolSwitcher;
@@ -343,6 +344,7 @@ protected:
     std::unique_ptr<HostSession> hostSession;
     std::unique_ptr<DocumentKeyRoute> keyRoute;
     std::unique_ptr<InputTrace> inputTrace;
+    std::unique_ptr<Heartbeat> heartbeat;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
     SxRef<SxImageRgbaBytes> displayImage;

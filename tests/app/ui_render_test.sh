@@ -9,6 +9,7 @@
 # TORNVALE_COMPONENT_MAP ("name x y w h" lines, "param key=value" lines and one "state" line), so
 # the script can point at controls and wait for renders instead of guessing.
 # Usage: ui_render_test.sh <tornvale executable> <samples folder> [screenshot to keep]
+# UI_RENDER_PHOTO names another photo, for the figures of a larger preview (a 1500 x 1000 one).
 # Exits 77 (skipped) without a display.
 set -uo pipefail
 . "$(dirname "$0")/window_test_lib.sh"
@@ -75,12 +76,13 @@ shot() { # out [keep pointer]
 }
 
 
-convert "$samples/coffee.png" -resize '32x32!' "$work/photo.png"
+photo=${UI_RENDER_PHOTO:-$samples/coffee.png}
+convert "$photo" -resize '32x32!' "$work/photo.png"
 
 # 1. A photo on the command line becomes line art in the view.
-"$app" "$samples/coffee.png" >"$work/app.log" 2>&1 &
+"$app" "$photo" >"$work/app.log" 2>&1 &
 pid=$!
-wid=$(timeout 60 xdotool search --sync --onlyvisible --name "Tornvale Art - coffee.png" | head -1)
+wid=$(timeout 60 xdotool search --sync --onlyvisible --name "Tornvale Art - $(basename "$photo")" | head -1)
 [ -n "$wid" ] || fail "no window within 60 s"
 wait_idle 1 start
 shot "$work/art1.png"
@@ -118,17 +120,25 @@ read -r _ sx sy sw sh <<<"$line"
 ty=$(( sy + sh - 12 )); x0=$(( sx + 12 )); x1=$(( sx + sw - 14 ))
 xdotool mousemove --sync $(( x0 - 5 )) "$ty"
 xdotool mousemove --sync "$x0" "$ty" mousedown 1
-for step in $(seq 1 12); do
-  xdotool mousemove --sync $(( x0 + (x1 - x0) * step / 12 )) "$ty"
-  sleep 0.15
+# Ten seconds of dragging: across, back and across again, four steps a second, while renders
+# run; the program's heartbeat says how long its window went without answering meanwhile.
+for step in $(seq 1 39); do
+  phase=$(( step % 26 )); [ $phase -gt 13 ] && phase=$(( 26 - phase ))
+  [ "$step" -ge 27 ] && phase=$(( step - 26 ))
+  xdotool mousemove --sync $(( x0 + (x1 - x0) * phase / 13 )) "$ty"
+  sleep 0.25
 done
 # Rest at the end before letting go, so the last position is a drag step of its own even while
-# the window is busy with a catch-up render.
+# the window is busy with a render.
 sleep 0.5
 xdotool mousemove --sync $(( x1 + 1 )) "$ty"
 sleep 0.3
 xdotool mouseup 1
+released=$(date +%s.%N); at_release=$(state renders)
+until [ "$(state renders)" != "$at_release" ]; do sleep 0.05; [ "$(date +%s)" -ge $(( ${released%.*} + 120 )) ] && break; done
+first=$(date +%s.%N); stall=$(state stall)
 wait_idle $((renders + 1)) drag
+say "drag of 10 s: longest stall of the window $stall ms; after letting go, a new picture in $(awk -v a="$released" -v b="$first" 'BEGIN { printf "%.2f", b - a }') s, the last at $(awk -v a="$released" -v b="$(date +%s.%N)" 'BEGIN { printf "%.1f", b - a }') s (map written twice a second)"
 after=$(param strokeLength)
 say "Taper Length $before -> $after; renders $renders -> $(state renders)"
 awk -v a="$after" 'BEGIN { exit !(a > 0.8) }' || fail "the drag did not move Taper Length near the right end ($after)"
