@@ -1,5 +1,6 @@
 #include "presets/PresetListing.h"
 
+#include "imaging/FolderListing.h"
 #include "imaging/ImageFileReader.h"
 #include "imaging/ImageRGBAPixelData.h"
 #include "presets/PresetFile.h"
@@ -10,11 +11,7 @@ namespace
 {
 juce::Array<juce::File> filesIn(const juce::File& folder, const juce::String& pattern)
 {
-    juce::Array<juce::File> files;
-    if (folder.isDirectory())
-        files = folder.findChildFiles(juce::File::findFiles, false, pattern);
-    files.sort();
-    return files;
+    return FolderListing::files(folder, pattern).files;
 }
 } // namespace
 

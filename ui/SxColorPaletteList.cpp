@@ -1,5 +1,6 @@
 #include "ui/SxColorPaletteList.h"
 
+#include "imaging/FolderListing.h"
 #include "ui/ColorPaletteFile.h"
 #include "ui/Easing.h"
 
@@ -57,8 +58,7 @@ SxColorPaletteList::~SxColorPaletteList()
 
 void SxColorPaletteList::refresh()
 {
-    files = folder.findChildFiles(juce::File::findFiles, false, "*.qpl");
-    files.sort();
+    files = FolderListing::files(folder, "*.qpl").files;
     entries.clear();
     for (int i = 0; i < files.size(); ++i)
     {

@@ -5,6 +5,7 @@
 #include "document/SxPropertySet.h"
 #include "effect/TornvaleEffect.h"
 #include "imaging/ImageFileReader.h"
+#include "imaging/FolderListing.h"
 #include "imaging/ImageFileWriter.h"
 #include "imaging/ImageLimits.h"
 #include "cli/render/RenderOutput.h"
@@ -36,7 +37,7 @@ constexpr int previewSide = 1500;
 
 RenderJob::RenderJob(const RenderOptions& o) : options(o) {}
 
-juce::Array<juce::File> RenderJob::expandInputs() const
+juce::Array<juce::File> RenderJob::expandInputs(juce::StringArray* skipped) const
 {
     juce::Array<juce::File> files;
     for (const auto& name : options.inputs)
@@ -44,9 +45,11 @@ juce::Array<juce::File> RenderJob::expandInputs() const
         const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(name);
         if (file.isDirectory())
         {
-            auto children = file.findChildFiles(juce::File::findFiles, false);
-            children.sort();
-            for (const auto& child : children)
+            const auto listing = FolderListing::files(file);
+            if (listing.unreadableNames > 0 && skipped != nullptr)
+                skipped->add(file.getFullPathName() + ": not an image: " + juce::String(listing.unreadableNames)
+                             + " file name(s) that are not UTF-8, left out");
+            for (const auto& child : listing.files)
                 if (RenderFiles::isImageFile(child) || RenderFiles::isProjectFile(child))
                     files.add(child);
         }
@@ -293,7 +296,10 @@ int RenderJob::run(juce::OutputStream& log)
         return 1;
     }
 
-    const auto inputs = expandInputs();
+    juce::StringArray skipped;
+    const auto inputs = expandInputs(&skipped);
+    for (const auto& line : skipped)
+        log << "tornvale-render: " << line << "\n";
     if (inputs.isEmpty())
     {
         log << "tornvale-render: no images or projects found in the inputs\n";
@@ -314,7 +320,7 @@ int RenderJob::run(juce::OutputStream& log)
         }
     }
 
-    int failures = 0;
+    int failures = skipped.size();
     for (int i = 0; i < inputs.size(); ++i)
     {
         const auto& input = inputs.getReference(i);

@@ -29,8 +29,9 @@ public:
 
     /** Files to render: images and projects as given, folders expanded to the images and
         projects directly inside them (sorted). Names that exist nowhere stay, to fail later with
-        a clear reason. */
-    juce::Array<juce::File> expandInputs() const;
+        a clear reason. Files whose names are not UTF-8 are left out; a line for each folder that
+        held some goes to skipped. */
+    juce::Array<juce::File> expandInputs(juce::StringArray* skipped = nullptr) const;
 
     /** Where an input's result goes (before numbering). */
     juce::File outputFor(const juce::File& input, int inputCount) const;

@@ -2,6 +2,7 @@
 
 #include "cli/render/RenderJob.h"
 #include "imaging/FileBytes.h"
+#include "imaging/FolderListing.h"
 #include "presets/BuiltInPresets.h"
 
 #include <cstring>
@@ -32,8 +33,7 @@ int listPresets()
         BuiltInPresets::writeDefaultPresets(folder);
     for (int i = 0; i < BuiltInPresets::numPresets; ++i)
         std::cout << BuiltInPresets::getName(i) << "\n";
-    auto files = folder.findChildFiles(juce::File::findFiles, false, "*.pre");
-    files.sort();
+    const auto files = FolderListing::files(folder, "*.pre").files;
     for (const auto& file : files)
     {
         bool builtIn = false;

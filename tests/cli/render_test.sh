@@ -71,6 +71,16 @@ check "a refused picture in a batch: status 1" test "$status" -eq 1
 check "the refused picture is named" grep -q "huge.png: too large: 16384 x 16384" "$work/log4"
 check "the pictures around it are written" test "$(ls "$work/batch" | wc -l)" -eq 2
 
+# A folder with a file whose name is not UTF-8 (an overlong form, which JUCE's strings overflow
+# on): that file is left out with a line, the folder's other picture is written.
+mkdir "$work/names" "$work/names-out"
+cp "$work/chelsea.png" "$work/names/"
+cp "$work/chelsea.png" "$work/names/bad$(printf '\xe0\x9a\x91').png"
+"$render" -o "$work/names-out" "$work/names" 2>"$work/log5"; status=$?
+check "a name that is not UTF-8 in a folder: status 1" test "$status" -eq 1
+check "the folder's name is given with the reason" grep -q "names: not an image: 1 file name(s) that are not UTF-8" "$work/log5"
+check "the other picture is written" test "$(ls "$work/names-out")" = "chelsea_tornvale.png"
+
 # Two renders started together to one new name give two files.
 "$render" -o "$work/same.png" "$work/coffee.png" 2>/dev/null & first=$!
 "$render" -o "$work/same.png" "$work/coffee.png" 2>/dev/null
