@@ -27,7 +27,6 @@ strip() { awk -v k="$1" '$1 == "presetStrip" { for (i = 2; i <= NF; i++) { split
 thumbs() { awk '$1 == "presetThumb" { print $2 }' "$work/map.txt"; }
 # "x y" of the centre of a badge or thumbnail line: kind name
 spot() { awk -v k="$1" -v n="$2" '$1 == k && $2 == n { printf "%d %d\n", $3 + $5 / 2, $4 + $6 / 2; exit }' "$work/map.txt"; }
-click_at() { set -- $1; xdotool mousemove --sync $(( $1 - 6 )) $(( $2 - 3 )); xdotool mousemove --sync "$1" "$2" click 1; }
 click_preset() { local s; s=$(spot presetThumb "$1"); [ -n "$s" ] || fail "no thumbnail $1 in view"; click_at "$s"; }
 # The eleven values of a preset file as "key=value" lines ("VER2": 8 bytes of header, then
 # zero-terminated keys and values).

@@ -79,9 +79,13 @@ point_at() { # name
 # message thread writes no map either, and takes the press when it gets there. A lost press is
 # sent once more, with a line that says so; one it received and ignored is left for the caller's
 # check to find, and the map then names the control it reached.
-click() {
+click() { point_at "$1"; pressed_or_again "$1" point_at "$1"; }
+# The same at a point of the screen: "X Y".
+click_at() { set -- $1; xdotool mousemove --sync $(( $1 - 6 )) $(( $2 - 3 )); xdotool mousemove --sync "$1" "$2"; pressed_or_again "$1,$2" xdotool mousemove --sync "$1" "$2"; }
+pressed_or_again() { # label command-that-points-again...
+  local label=$1; shift
   local before; before=$(state presses 2>/dev/null)
-  point_at "$1"; xdotool click 1
+  xdotool click 1
   [ -n "$before" ] || return 0
   local writes=0 last now end=$(( $(date +%s) + 180 ))
   last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
@@ -89,9 +93,9 @@ click() {
     now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
     [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
     if [ $writes -ge 4 ]; then
-      echo "${test_name:-window test}: the press on $1 never reached the program; pressing again" >&2
+      echo "${test_name:-window test}: the press on $label never reached the program; pressing again" >&2
       xdotool mouseup 1 >/dev/null 2>&1 || true
-      point_at "$1"; xdotool click 1
+      "$@"; xdotool click 1
       return 0
     fi
     [ "$(date +%s)" -ge "$end" ] && return 0
