@@ -25,10 +25,7 @@ int main(int argc, char* argv[])
     cleaned.reserve((size_t) argc);
     for (int i = 0; i < argc; ++i)
     {
-        const size_t length = std::strlen(argv[i]);
-        cleaned.push_back(FileBytes::isStrictUtf8(argv[i], length)
-                              ? std::string(argv[i], length)
-                              : FileBytes::toTextReplacingBadBytes(argv[i], length).toStdString());
+        cleaned.push_back(FileBytes::toTextReplacingBadBytes(argv[i], std::strlen(argv[i])).toStdString());
         arguments.push_back(cleaned.back().c_str());
     }
     arguments.push_back(nullptr);

@@ -2,8 +2,8 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <limits>
 #include <cstring>
+#include <limits>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
