@@ -1,11 +1,16 @@
 #include "ui/SxBrushSizeLabelSlider.h"
 
+void SxBrushSize::showInPixels(SxSliderBase& slider, float minimum, float maximum)
+{
+    slider.setRange(minimum, maximum, 1.0);
+    slider.setTextValueSuffix({});
+}
+
 SxBrushSizeLabelSlider::SxBrushSizeLabelSlider(const juce::String& componentName, const juce::String& labelText, float* field,
                                                SxControlChangedCallback* callback, float minimum, float maximum)
     : SxLabelSlider(componentName, labelText, field, callback)
 {
-    slider.setRange(minimum, maximum, 1.0);
-    slider.setTextValueSuffix({});
+    SxBrushSize::showInPixels(slider, minimum, maximum);
     update();
 }
 

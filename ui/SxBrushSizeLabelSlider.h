@@ -4,6 +4,12 @@
 
 #include "ui/SxSlider.h"
 
+namespace SxBrushSize
+{
+/** Gives a slider of the brush size family its range in whole pixels and drops the percent sign. */
+void showInPixels(SxSliderBase& slider, float minimum, float maximum);
+} // namespace SxBrushSize
+
 class SxBrushSizeLabelSlider : public SxLabelSlider
 {
 public:

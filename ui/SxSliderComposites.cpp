@@ -13,9 +13,15 @@ SxLabelRoundSlider::SxLabelRoundSlider(const juce::String& name, const juce::Str
                                        SxControlChangedCallback* callbackToUse)
     : SxLabelSlider(name, labelText, field, callbackToUse)
 {
-    slider.setSliderStyle(juce::Slider::RotaryHorizontalVerticalDrag);
-    setForm(Form::compact);
-    SxComponent::place(slider, "parent.width - 36, 0, left + 34, top + 34");
+    shapeAsKnob(*this);
+}
+
+void SxLabelRoundSlider::shapeAsKnob(SxLabelSlider& control)
+{
+    auto& knob = *control.getSlider();
+    knob.setSliderStyle(juce::Slider::RotaryHorizontalVerticalDrag);
+    control.setForm(Form::compact);
+    SxComponent::place(knob, "parent.width - 36, 0, left + 34, top + 34");
 }
 
 //==============================================================================
@@ -69,22 +75,11 @@ void SxLabelMultiSliders::sliderValueChanged(juce::Slider* changed)
 {
     if (auto* s = dynamic_cast<SxSliderBase*>(changed))
         s->writeBoundField();
+    tellOwner();
+}
+
+void SxLabelMultiSliders::tellOwner()
+{
     if (callback != nullptr)
         callback->controlChanged(this);
-}
-
-//==============================================================================
-SxColorChipSelectionSlider::SxColorChipSelectionSlider(const juce::String& name, float* field, juce::Colour* colourField,
-                                                       SxControlChangedCallback* callbackToUse)
-    : SxLabelSlider(name, "Color", field, callbackToUse), chip("colorChip", colourField, callbackToUse, false)
-{
-    addAndMakeVisible(chip);
-    SxComponent::place(chip, "parent.width - 1 - 44, 16, left + 44, top + 23");
-    SxComponent::place(slider, "5, 10, left + parent.width - 5 - 50, top + 34");
-}
-
-void SxColorChipSelectionSlider::update()
-{
-    SxLabelSlider::update();
-    chip.update();
 }

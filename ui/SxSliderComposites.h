@@ -1,9 +1,8 @@
 #pragma once
 // The smaller members of the slider family, each a slider row with one thing added: a signed
-// range, a knob, two or three sliders side by side, or a colour chip beside the slider. They bind
-// fields and report changes exactly as SxSlider does.
+// range, a knob, or two or three sliders side by side. They bind fields and report changes exactly
+// as SxSlider does.
 
-#include "ui/SxColorButton.h"
 #include "ui/SxSlider.h"
 
 #include <memory>
@@ -21,6 +20,10 @@ class SxLabelRoundSlider : public SxLabelSlider
 {
 public:
     SxLabelRoundSlider(const juce::String& name, const juce::String& labelText, float* field, SxControlChangedCallback* callback);
+
+    /** Turns any labelled slider into this shape: compact, the name at the left, a 34-pixel knob
+        at the right end. Composites that add to a knob call it before placing their own parts. */
+    static void shapeAsKnob(SxLabelSlider& control);
 };
 
 /** Two or three sliders in a row, each with its own name above it and its own field. */
@@ -35,6 +38,10 @@ public:
     SxSliderBase& getSlider(int index) { return *sliders[(size_t) index]; }
     juce::Label& getLabel(int index) { return *labels[(size_t) index]; }
     void update() override;
+
+protected:
+    /** Tells the owner that this row changed; the field was written already. */
+    void tellOwner();
 
 private:
     void sliderValueChanged(juce::Slider* s) override;
@@ -62,16 +69,4 @@ public:
         : SxLabelMultiSliders(name, { first, second, third }, { firstField, secondField, thirdField }, callback)
     {
     }
-};
-
-/** A slider with a colour chip at its right end, named "Color": a strength and its colour. */
-class SxColorChipSelectionSlider : public SxLabelSlider
-{
-public:
-    SxColorChipSelectionSlider(const juce::String& name, float* field, juce::Colour* colourField, SxControlChangedCallback* callback);
-    SxColorButton& getChip() { return chip; }
-    void update() override;
-
-private:
-    SxColorButton chip;
 };

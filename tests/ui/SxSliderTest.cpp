@@ -1,7 +1,7 @@
 #include "ui/SxLayoutController.h"
 #include "ui/SxLabelSliderPro.h"
 #include "ui/SxSlider.h"
-#include "ui/SxSliderComposites.h"
+#include "ui/SxColorSliders.h"
 
 #include <gtest/gtest.h>
 
