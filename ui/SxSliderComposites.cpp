@@ -22,6 +22,10 @@ void SxLabelRoundSlider::shapeAsKnob(SxLabelSlider& control)
     knob.setSliderStyle(juce::Slider::RotaryHorizontalVerticalDrag);
     control.setForm(Form::compact);
     SxComponent::place(knob, "parent.width - 36, 0, left + 34, top + 34");
+    // The value goes under the name: at the right end it would lie over the knob.
+    auto& value = control.getValueLabel();
+    value.setJustificationType(juce::Justification::centredLeft);
+    SxComponent::place(value, "8, 17, left + 45, top + 16");
 }
 
 //==============================================================================
