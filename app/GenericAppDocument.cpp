@@ -24,8 +24,9 @@ float snappedToStep(float z)
 }
 } // namespace
 
-GenericAppDocument::GenericAppDocument(juce::PropertySet* s) : juce::Component("document"), settings(s)
+GenericAppDocument::GenericAppDocument(juce::PropertySet* s) : settings(s)
 {
+    setName("document");
     setOpaque(true);
 }
 
@@ -217,7 +218,7 @@ void GenericAppDocument::zoomSettled()
     if (tool != nullptr && tool->isToolOn())
         tool->updateCursor();
     updateZoomButtons();
-    listeners.call([this](Listener& l) { l.documentZoomChanged(*this); });
+    callZoomListeners();
 }
 
 //==============================================================================

@@ -5,6 +5,7 @@
 // never owns the image; the main component keeps it alive while it is shown.
 
 #include "imaging/SxImageRgbaBytes.h"
+#include "tools/SxToolDocument.h"
 #include "tools/SxTouchList.h"
 
 #include <juce_data_structures/juce_data_structures.h>
@@ -12,40 +13,13 @@
 
 #include <array>
 
-class SxTool;
-
-/** Takes every mouse event of the document in place of the current tool while installed, for
-    modes such as a crop frame that own the picture for a while. */
-class GenericAppDocumentMouseInterceptCallback
+class GenericAppDocument : public SxToolDocument, public juce::Button::Listener, private juce::MultiTimer
 {
 public:
-    virtual ~GenericAppDocumentMouseInterceptCallback() = default;
-    virtual void interceptMouseUp(const juce::MouseEvent&) {}
-    virtual void interceptMouseMove(const juce::MouseEvent&) {}
-    virtual void interceptMouseDown(const juce::MouseEvent&) {}
-    virtual void interceptMouseDrag(const juce::MouseEvent&) {}
-    virtual void interceptMouseEnter(const juce::MouseEvent&) {}
-    virtual void interceptMouseExit(const juce::MouseEvent&) {}
-};
-
-class GenericAppDocument : public juce::Component, public juce::Button::Listener, private juce::MultiTimer
-{
-public:
-    /** Told when a change of zoom or offset has settled (at once, or at the last frame of an
-        animation), so that the zoom buttons can follow. */
-    class Listener
-    {
-    public:
-        virtual ~Listener() = default;
-        virtual void documentZoomChanged(GenericAppDocument&) {}
-    };
-
     /** The zooms that the zoom buttons step through. Pinch and wheel zoom freely between the
         first and the last. */
     static constexpr std::array<float, 11> zoomSteps { 0.125f, 1.0f / 6.0f, 0.25f, 1.0f / 3.0f, 0.5f, 2.0f / 3.0f,
                                                        1.0f, 1.5f, 2.0f, 2.5f, 3.0f };
-    static constexpr float minZoom = 0.125f;
-    static constexpr float maxZoom = 3.0f;
     /** How much of the image a pan always leaves in view on each side, in view pixels. */
     static constexpr float panMargin = 45.0f;
     /** Frames of a zoom animation; at 30 ms a frame it lasts about a quarter of a second. */
@@ -58,14 +32,14 @@ public:
         once here, so painting costs one scaled blit. A fitted view refits when the new image
         has another size; otherwise the view stays where it is, as a render result expects. */
     void setImage(SxImageRgbaBytes* newImage);
-    SxImageRgbaBytes* getImage() const { return image; }
+    SxImageRgbaBytes* getImage() const override { return image; }
     /** The shown image changed inside area (image pixels): only that part is converted for
         drawing and repainted. */
     void imageChanged(juce::Rectangle<int> area);
 
     //==============================================================================
     /** Fits the image into 95% of the view and centres it; animated, it eases there in steps. */
-    void fitToWindow(bool animate);
+    void fitToWindow(bool animate) override;
     /** True from a fit until the next zoom or pan; a fitted view refits when it is resized. */
     bool isFitted() const { return fitted; }
 
@@ -80,17 +54,17 @@ public:
     /** Sets the zoom (limited to minZoom..maxZoom) so that the image point under about, in view
         pixels, stays under it. With snap a zoom within 3% of a step becomes the step, so that a
         pinch or a wheel can land on exactly 100%. */
-    void setZoom(float newZoom, bool animate, juce::Point<float> about, bool snap = false);
+    void setZoom(float newZoom, bool animate, juce::Point<float> about, bool snap = false) override;
     /** The same about the centre of the view. */
     void setZoom(float newZoom, bool animate) { setZoom(newZoom, animate, viewCentre()); }
 
     /** Moves the image by dx, dy view pixels, keeping at least panMargin pixels of it in view
         on each side: an axis whose step would pass a limit stops at that limit. */
-    void panBy(float dx, float dy);
+    void panBy(float dx, float dy) override;
 
-    float getZoom() const { return zoom; }
-    float getPanX() const { return panX; }
-    float getPanY() const { return panY; }
+    float getZoom() const override { return zoom; }
+    float getPanX() const override { return panX; }
+    float getPanY() const override { return panY; }
     /** Where an animation ends; equal to the current values when none runs. */
     float getTargetZoom() const { return targetZoom; }
     bool isAnimating() const { return isTimerRunning(zoomAnimationTimer); }
@@ -98,30 +72,30 @@ public:
     void advanceAnimation();
 
     /** View pixels to image pixels and back, at the current zoom and offset. */
-    juce::Point<float> viewToImage(juce::Point<float> p) const;
-    juce::Point<float> imageToView(juce::Point<float> p) const;
+    juce::Point<float> viewToImage(juce::Point<float> p) const override;
+    juce::Point<float> imageToView(juce::Point<float> p) const override;
 
     /** Where the image lies in the view at the current zoom and offset. */
-    juce::Rectangle<float> imageBounds() const;
+    juce::Rectangle<float> imageBounds() const override;
 
     /** Repaints the view pixels that cover the image rectangle x..x2, y..y2 (inclusive). */
-    void repaintImageRegion(int x, int y, int x2, int y2);
+    void repaintImageRegion(int x, int y, int x2, int y2) override;
 
     /** The fill behind the image: the "backgroundColor.*" settings (0 to 1 each) or a dark grey. */
     juce::Colour backgroundColour() const;
 
     //==============================================================================
     /** The tool that receives the mouse while it is on and an image is shown; not owned. */
-    void setTool(SxTool* newTool);
-    SxTool* getTool() const { return tool; }
+    void setTool(SxTool* newTool) override;
+    SxTool* getTool() const override { return tool; }
 
     /** Installs (or with null removes) the interceptor; not owned. */
-    void setMouseInterceptor(GenericAppDocumentMouseInterceptCallback* interceptor) { mouseInterceptor = interceptor; }
+    void setMouseInterceptor(GenericAppDocumentMouseInterceptCallback* interceptor) override { mouseInterceptor = interceptor; }
     GenericAppDocumentMouseInterceptCallback* getMouseInterceptor() const { return mouseInterceptor; }
 
     /** One event per finger or button held, oldest first. During a mouse up the released touch
         is still listed, so that a tool can tell a single press from the end of a gesture. */
-    std::vector<juce::MouseEvent> getTouches() const { return touches.events(); }
+    std::vector<juce::MouseEvent> getTouches() const override { return touches.events(); }
 
     //==============================================================================
     /** While set, the tool draws nothing: the image under it is being replaced. */
@@ -140,8 +114,6 @@ public:
         enabled only while a step is left in its direction. */
     void setZoomButtons(juce::Button* zoomInButton, juce::Button* zoomOutButton);
 
-    void addListener(Listener* listener) { listeners.add(listener); }
-    void removeListener(Listener* listener) { listeners.remove(listener); }
 
     //==============================================================================
     void paint(juce::Graphics& g) override;
@@ -208,5 +180,4 @@ private:
 
     juce::Component::SafePointer<juce::Button> zoomInButton;
     juce::Component::SafePointer<juce::Button> zoomOutButton;
-    juce::ListenerList<Listener> listeners;
 };

@@ -1,6 +1,6 @@
 #include "tools/SxBrushTool.h"
 
-#include "app/GenericAppDocument.h"
+#include "tools/SxToolDocument.h"
 
 #include <cmath>
 

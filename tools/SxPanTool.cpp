@@ -1,6 +1,6 @@
 #include "tools/SxPanTool.h"
 
-#include "app/GenericAppDocument.h"
+#include "tools/SxToolDocument.h"
 
 #include <cmath>
 
@@ -52,7 +52,7 @@ void SxPanTool::documentMouseDrag(const juce::MouseEvent& e)
         const float d = touches[0].position.getDistanceFrom(touches[1].position);
         if (pinchDistance > 0.0f)
         {
-            const float newZoom = juce::jlimit(GenericAppDocument::minZoom, GenericAppDocument::maxZoom,
+            const float newZoom = juce::jlimit(SxToolDocument::minZoom, SxToolDocument::maxZoom,
                                                d / pinchDistance * mDocument->getZoom());
             mDocument->setZoom(newZoom, false, anchor.toFloat());
         }

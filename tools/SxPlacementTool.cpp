@@ -1,6 +1,6 @@
 #include "tools/SxPlacementTool.h"
 
-#include "app/GenericAppDocument.h"
+#include "tools/SxToolDocument.h"
 
 #include <cmath>
 

@@ -11,7 +11,7 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-class GenericAppDocument;
+class SxToolDocument;
 class SxTool;
 
 /** Told when a tool is switched on or off. */
@@ -53,8 +53,8 @@ public:
     void setSecondCallback(SxToolCallback* c) { secondCallback = c; }
 
     /** The document the tool works in; the document sets itself before every event it hands on. */
-    void setDocument(GenericAppDocument* document) { mDocument = document; }
-    GenericAppDocument* getDocument() const { return mDocument; }
+    void setDocument(SxToolDocument* document) { mDocument = document; }
+    SxToolDocument* getDocument() const { return mDocument; }
 
     /** The controls that belong to the tool, shown by the panel while the tool is current. */
     SxComponent* getToolUIComponent() { return &toolUIComponent; }
@@ -117,7 +117,7 @@ protected:
     void gestureEnd(const juce::MouseEvent& e);
 
     SxToolCallback* firstCallback = nullptr;
-    GenericAppDocument* mDocument = nullptr;
+    SxToolDocument* mDocument = nullptr;
     SxToolCallback* secondCallback = nullptr;
     SxToolOwner* owner = nullptr;
     SxComponent toolUIComponent { "toolUIComponent" };

@@ -1,6 +1,6 @@
 #include "tools/SxToolSwitcher.h"
 
-#include "app/GenericAppDocument.h"
+#include "tools/SxToolDocument.h"
 
 void SxToolSwitcher::setCurrentTool(SxTool* tool)
 {

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-class GenericAppDocument;
+class SxToolDocument;
 
 class SxToolSwitcher : public SxToolOwner
 {
@@ -16,9 +16,9 @@ public:
         keeps the current tool. The main component lets its top layer decide. */
     using Veto = std::function<bool(SxTool* current, SxTool* next)>;
 
-    explicit SxToolSwitcher(GenericAppDocument* document = nullptr) : document(document) {}
+    explicit SxToolSwitcher(SxToolDocument* document = nullptr) : document(document) {}
 
-    void setDocument(GenericAppDocument* newDocument) { document = newDocument; }
+    void setDocument(SxToolDocument* newDocument) { document = newDocument; }
     void setVeto(Veto newVeto) { veto = std::move(newVeto); }
     void setGestureTest(std::function<bool()> test) { gestureTest = std::move(test); }
 
@@ -32,7 +32,7 @@ public:
     void adopt(SxTool& tool) { tool.setOwner(this); }
 
 private:
-    GenericAppDocument* document;
+    SxToolDocument* document;
     SxTool* currentTool = nullptr;
     Veto veto;
     std::function<bool()> gestureTest;

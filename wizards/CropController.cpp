@@ -42,7 +42,7 @@ private:
 };
 } // namespace
 
-CropController::CropController(GenericAppDocument& doc, juce::Rectangle<int> pictureBounds, juce::Rectangle<int> lastCrop,
+CropController::CropController(SxToolDocument& doc, juce::Rectangle<int> pictureBounds, juce::Rectangle<int> lastCrop,
                                Owner& o)
     : SxComponent("cropController"), document(doc), picture(pictureBounds), owner(o)
 {
@@ -91,7 +91,7 @@ juce::Button& CropController::getApplyButton()
     return *applyButton;
 }
 
-void CropController::documentZoomChanged(GenericAppDocument&)
+void CropController::documentZoomChanged(SxToolDocument&)
 {
     inside->setBounds(document.getLocalBounds());
     inside->setImageBounds(document.imageBounds());

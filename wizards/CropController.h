@@ -4,7 +4,7 @@
 // full-size picture) or the cancel, after the click or key that caused it has returned, and then
 // deletes the controller.
 
-#include "app/GenericAppDocument.h"
+#include "tools/SxToolDocument.h"
 #include "ui/SxSegmentController.h"
 #include "wizards/CropInsideComponent.h"
 
@@ -16,7 +16,7 @@ class CropController : public SxComponent,
                        public juce::Button::Listener,
                        public SxControlChangedCallback,
                        public SegmentControllerCallback,
-                       private GenericAppDocument::Listener
+                       private SxToolDocument::Listener
 {
 public:
     class Owner
@@ -31,7 +31,7 @@ public:
 
     /** Puts a frame over the picture of document, whose full size is picture; a non-empty
         lastCrop (from an earlier crop) is where the frame starts. */
-    CropController(GenericAppDocument& document, juce::Rectangle<int> picture, juce::Rectangle<int> lastCrop, Owner& owner);
+    CropController(SxToolDocument& document, juce::Rectangle<int> picture, juce::Rectangle<int> lastCrop, Owner& owner);
     ~CropController() override;
 
     /** Height the panel's widgets need. */
@@ -52,10 +52,10 @@ public:
     void paint(juce::Graphics& g) override;
 
 private:
-    void documentZoomChanged(GenericAppDocument&) override;
+    void documentZoomChanged(SxToolDocument&) override;
     void leaveParent();
 
-    GenericAppDocument& document;
+    SxToolDocument& document;
     juce::Rectangle<int> picture;
     Owner& owner;
     int shapeIndex = 0;

@@ -257,9 +257,9 @@ TEST_F(DocumentTest, WheelAndMagnifyZoomAboutThePointer)
 //==============================================================================
 namespace
 {
-struct ZoomListener : GenericAppDocument::Listener
+struct ZoomListener : SxToolDocument::Listener
 {
-    void documentZoomChanged(GenericAppDocument& d) override { zooms.push_back(d.getZoom()); }
+    void documentZoomChanged(SxToolDocument& d) override { zooms.push_back(d.getZoom()); }
     std::vector<float> zooms;
 };
 } // namespace
