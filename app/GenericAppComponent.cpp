@@ -3,26 +3,26 @@
 #include "app/AppCommands.h"
 #include "app/AppFileChooser.h"
 #include "app/CommandLineRender.h"
+#include "app/ComponentMap.h"
 #include "app/DocumentKeyRoute.h"
 #include "app/EffectControlPanel.h"
-#include "app/HostSession.h"
 #include "app/Heartbeat.h"
+#include "app/HostSession.h"
 #include "app/InputTrace.h"
 #include "app/MainTopBar.h"
 #include "app/ParentProcess.h"
 #include "app/PresetActions.h"
-#include "app/RenderCommand.h"
 #include "app/PresetNamePanel.h"
-#include "app/RenderThread.h"
+#include "app/PreviewRenderer.h"
+#include "app/RenderCommand.h"
 #include "app/ThreadedActivityWindow.h"
 #include "brush/SxBrushSettings.h"
-#include "effect/TornvaleEffect.h"
 #include "document/ProjectFile.h"
 #include "document/StaticImageLayer.h"
 #include "effect/TornvaleEffect.h"
 #include "imaging/ImageFileReader.h"
-#include "imaging/ImageFileWriter.h"
 #include "imaging/ImageFileType.h"
+#include "imaging/ImageFileWriter.h"
 #include "imaging/ImageLimits.h"
 #include "imaging/ImageStream.h"
 #include "presets/BuiltInPresets.h"
@@ -73,11 +73,13 @@ GenericAppComponent::GenericAppComponent()
 {
     setName("mainComponent");
     mainAppComponent = this;
+    previewRenderer = std::make_unique<PreviewRenderer>(*this);
 }
 
 GenericAppComponent::~GenericAppComponent()
 {
     waitForRender();
+    previewRenderer.reset();
     stopTimer(openPanelTimer);
     stopTimer(closePanelTimer);
     stopTimer(componentMapTimer);
@@ -315,16 +317,8 @@ void GenericAppComponent::waitForRender()
 {
     if (presetActions != nullptr)
         presetActions->stopPreviewThread();
-    if (currentRenderThread == nullptr)
-        return;
-    // A preview render is never cancelled half-way: it holds the GL context and the layers.
-    auto* thread = currentRenderThread;
-    thread->stopThread(-1);
-    currentRenderThread = nullptr;
-    delete thread;
-    rendering = false;
-    if (document != nullptr)
-        document->setShowActivity(false, {});
+    if (previewRenderer != nullptr)
+        previewRenderer->wait();
 }
 
 void GenericAppComponent::startNewDocument(const SxRef<SxImageRgbaBytes>& image, const juce::File& file)
@@ -512,7 +506,7 @@ void GenericAppComponent::layerNeedsRender(bool showBusy, const LayerRect* regio
 {
     if (isManualRedraw())
         return;
-    startPreviewRender(region != nullptr ? *region : wholePicture(), showBusy);
+    previewRenderer->start(region != nullptr ? *region : wholePicture(), showBusy);
 }
 
 float GenericAppComponent::getRenderScale()
@@ -520,67 +514,42 @@ float GenericAppComponent::getRenderScale()
     return layerManager != nullptr ? layerManager->getRenderScale() : 1.0f;
 }
 
-void GenericAppComponent::startPreviewRender(const LayerRect& region, bool showBusy)
+LayerManager* GenericAppComponent::layersToPreview()
 {
-    lastRenderRequest = juce::Time::currentTimeMillis();
-    if (previewImage.get() == nullptr || layerManager == nullptr)
-        return;
-    // No queue: a change made now stays in the effect, and the end of the running render
-    // renders the newest state. A job behind the activity panel holds the GL context and the
-    // layers; it puts the preview back in step when it ends.
-    if (loadingDocument || jobRunning || currentRenderThread != nullptr)
-        return;
+    // A job behind the activity panel holds the GL context and the layers; it puts the preview
+    // back in step when it ends.
+    if (previewImage.get() == nullptr || loadingDocument || jobRunning)
+        return nullptr;
+    return layerManager.get();
+}
 
-    LayerRect clamped = region;
-    if (!clamped.meansWholePicture())
-        clamped = clamped.clampedTo(LayerRect::wholeOf(*previewImage));
-
+void GenericAppComponent::previewRenderStarting(bool showBusy)
+{
     if (presetActions != nullptr)
         presetActions->stopPreviewThread(); // the GL context is one; the render takes it
-    rendering = true;
     if (showBusy)
         document->setShowActivity(true, "Rendering...");
     document->repaint();
-    layerManager->setHighQuality(false);
-    currentRenderThread = new RenderThread(this, clamped);
-    currentRenderThread->startThread();
 }
 
-SxImageRgbaBytes* GenericAppComponent::renderOnThread(const LayerRect& region)
+void GenericAppComponent::previewRendered(SxImageRgbaBytes* picture)
 {
-    return layerManager->render(region.meansWholePicture() ? nullptr : &region, false, false);
-}
-
-void GenericAppComponent::previewRenderFinished(RenderThread* thread)
-{
-    if (thread != currentRenderThread)
-        return; // a render stopped by an open or a quit; its owner deleted it already
-    const SxRef<SxImageRgbaBytes> result = thread->result;
-    thread->stopThread(-1);
-    currentRenderThread = nullptr;
-    delete thread;
-    rendering = false;
-    showRenderedImage(result.get());
+    showRenderedImage(picture);
     log("Render Complete");
+}
 
-    // A change made while the thread ran marked its layer again. The newest state renders next,
-    // on a thread as well: the states in between are never rendered, and the window keeps
-    // answering. The busy sign stays up until the last render of the chain ends.
-    if (result.get() != nullptr && layerManager != nullptr && layerManager->needsRender())
-    {
-        startPreviewRender(wholePicture(), false);
-        if (currentRenderThread != nullptr)
-            return;
-    }
-    document->setShowActivity(false, {});
+void GenericAppComponent::previewRenderingStopped()
+{
+    if (document != nullptr)
+        document->setShowActivity(false, {});
 }
 
 void GenericAppComponent::renderImmediate()
 {
     // The Render button: the newest state, rendered on a thread like every other preview. A
     // render that runs now ends with whatever changed meanwhile, so a press then needs nothing.
-    if (currentRenderThread == nullptr)
-        startPreviewRender(wholePicture(), true);
+    if (!previewRenderer->isRendering())
+        previewRenderer->start(wholePicture(), true);
 }
 
 void GenericAppComponent::showRenderedImage(SxImageRgbaBytes* image)
@@ -718,7 +687,7 @@ void GenericAppComponent::setCurrentTool(SxTool* tool)
 void GenericAppComponent::repaintImageRect(const LayerRect& rect)
 {
     // A render under way or due will show the painting: the layers' kept images are not ready.
-    if (!hasDocument() || jobRunning || currentRenderThread != nullptr || layerManager == nullptr)
+    if (!hasDocument() || jobRunning || previewRenderer->isRendering() || layerManager == nullptr)
         return;
     auto* shown = layerManager->recompose(rect);
     if (shown == nullptr || showingOriginal)
@@ -913,31 +882,7 @@ void GenericAppComponent::resized()
 
 void GenericAppComponent::writeComponentMap(const juce::File& file)
 {
-    juce::String text;
-    std::function<void(juce::Component&)> visit = [&](juce::Component& c) {
-        const auto name = c.getName().isNotEmpty() ? c.getName() : c.getComponentID();
-        if (name.isNotEmpty() && c.isShowing())
-        {
-            const auto r = c.getScreenBounds();
-            text << name.replaceCharacter(' ', '_') << ' ' << r.getX() << ' ' << r.getY() << ' ' << r.getWidth() << ' '
-                 << r.getHeight() << '\n';
-            if (auto* entries = dynamic_cast<ComponentMapEntries*>(&c))
-                text << entries->componentMapEntries();
-            // What a control shows, so a script can tell that the panel follows an applied preset.
-            if (auto* slider = dynamic_cast<SxSlider*>(&c))
-                text << "slider " << name << ' ' << slider->getSlider()->getValue() << '\n';
-        }
-        for (auto* child : c.getChildren())
-            visit(*child);
-    };
-    visit(*this);
-    // The menu bar lives in the window, beside this component.
-    if (auto* window = dynamic_cast<juce::DocumentWindow*>(getTopLevelComponent()))
-        if (auto* bar = window->getMenuBarComponent(); bar != nullptr && bar->isShowing())
-        {
-            const auto r = bar->getScreenBounds();
-            text << "menuBar " << r.getX() << ' ' << r.getY() << ' ' << r.getWidth() << ' ' << r.getHeight() << '\n';
-        }
+    auto text = ComponentMap::describeComponents(*this);
     if (document->getImage() != nullptr)
     {
         const auto r = document->localAreaToGlobal(document->imageBounds()).toNearestInt();
@@ -955,7 +900,7 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
         text << presetManager->describe();
     auto* alert = SxAlertComponent::findIn(*this);
     const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
-    text << "state rendering=" << (rendering ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
+    text << "state rendering=" << (isRendering() ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
          << " original=" << (showingOriginal ? 1 : 0) << " dragOver=" << (fileDragOver ? 1 : 0)
          << " brush=" << SxBrushSettings::brushSize
          << " tool=" << (getCurrentTool() != nullptr ? getCurrentTool()->getName() : juce::String("none"))
@@ -976,21 +921,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
          << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents()
          << (inputTrace != nullptr ? inputTrace->describe() : juce::String())
          << (heartbeat != nullptr ? heartbeat->describe() : juce::String()) << '\n';
-    // Enable and tick states of every command, as the menus show them: "command id enabled
-    // ticked name".
-    for (auto id : AppCommands::allCommands())
-    {
-        juce::ApplicationCommandInfo info(id);
-        getCommandInfo(id, info);
-        text << "command " << (int) id << ' ' << ((info.flags & juce::ApplicationCommandInfo::isDisabled) ? 0 : 1) << ' '
-             << ((info.flags & juce::ApplicationCommandInfo::isTicked) ? 1 : 0) << ' ' << info.shortName.replaceCharacter(' ', '_')
-             << '\n';
-    }
-    const auto temp = file.getSiblingFile(file.getFileName() + ".part");
-    // rename() replaces the old map in one step, so a reader never finds it missing or half
-    // written (moveFileTo deletes the target first).
-    if (temp.replaceWithText(text, false, false, "\n"))
-        std::rename(temp.getFullPathName().toRawUTF8(), file.getFullPathName().toRawUTF8());
+    text << ComponentMap::describeCommands(*this, AppCommands::allCommands());
+    ComponentMap::replace(file, text);
 }
 
 bool GenericAppComponent::mayQuit()
@@ -1120,7 +1052,7 @@ SxRef<SxImageRgbaBytes> GenericAppComponent::renderFullImage(const juce::String&
     // The full render takes the GL context: a preview render must have ended first.
     waitForRender();
     jobRunning = true;
-    rendering = true;
+    renderingFullImage = true;
     document->setRenderingFull(true);
     document->repaint();
 
@@ -1150,9 +1082,9 @@ SxRef<SxImageRgbaBytes> GenericAppComponent::renderFullImage(const juce::String&
     applySize(previewImage.get());
     layerManager->setHighQuality(false);
     document->setRenderingFull(false);
-    rendering = false;
+    renderingFullImage = false;
     jobRunning = false;
-    startPreviewRender(wholePicture(), false);
+    previewRenderer->start(wholePicture(), false);
     return result;
 }
 
@@ -1192,7 +1124,7 @@ bool GenericAppComponent::saveProjectTo(const juce::File& file)
         return false;
     // A preview render ends first (the job renders the stack for the file's preview); its
     // picture never reached the view, so the view renders again afterwards.
-    const bool previewStopped = currentRenderThread != nullptr;
+    const bool previewStopped = previewRenderer->isRendering();
     waitForRender();
     jobRunning = true;
     bool ok = false;
@@ -1203,7 +1135,7 @@ bool GenericAppComponent::saveProjectTo(const juce::File& file)
     }
     jobRunning = false;
     if (previewStopped)
-        startPreviewRender(wholePicture(), false);
+        previewRenderer->start(wholePicture(), false);
     auto& settings = *applicationProperties;
     settings.setValue("NeedsToLoadImagePath", "");
     if (!ok)
@@ -1270,7 +1202,7 @@ bool GenericAppComponent::savePresetNamed(const juce::String& name)
     }
     SxPropertySet settings;
     effect->saveToDictionary(settings, {});
-    const bool previewStopped = currentRenderThread != nullptr;
+    const bool previewStopped = previewRenderer->isRendering();
     waitForRender();
     jobRunning = true;
     bool ok = false;
@@ -1281,7 +1213,7 @@ bool GenericAppComponent::savePresetNamed(const juce::String& name)
     }
     jobRunning = false;
     if (previewStopped)
-        startPreviewRender(wholePicture(), false);
+        previewRenderer->start(wholePicture(), false);
     if (!ok)
     {
         showAlert("saveFailed", "Cannot Save Preset", file.getFileName() + "\nThe preset could not be written.");

@@ -5,6 +5,7 @@
 // (which features exist, which sizes apply) through the virtual operations below.
 
 #include "app/GenericAppDocument.h"
+#include "app/PreviewRenderer.h"
 #include "document/LayerCallback.h"
 #include "document/LayerManager.h"
 #include "document/LayerManagerCallback.h"
@@ -30,7 +31,6 @@ class EffectControlPanel;
 class HostSession;
 class InputTrace;
 class Heartbeat;
-class RenderThread;
 class SxPanTool;
 class SxToolSwitcher;
 
@@ -46,6 +46,7 @@ class GenericAppComponent : public juce::ImageComponent,
                             public juce::ApplicationCommandTarget,
                             public juce::MenuBarModel,
                             public CropController::Owner,
+                            public PreviewRendererCallback,
                             private juce::MultiTimer
 {
 public:
@@ -153,23 +154,16 @@ public:
     bool isHostKind(int kind) const;
     bool hasStarted() const { return started; }
 
-    // Rendering. A preview render runs on a RenderThread; the completion message renders again
-    // on the message thread, which returns cached layers at once and catches up with any change
-    // made while the thread ran.
+    // Rendering. Preview renders run on the PreviewRenderer's thread; the full-size render of a
+    // save runs behind the activity panel.
     void requestRender(bool showBusy, const LayerRect* region) override;
     void layerNeedsRender(bool showBusy, const LayerRect* region) override;
     float getRenderScale() override;
     void layersChanged() override {}
-    /** Starts a preview render of region unless one runs or a document is loading. */
-    void startPreviewRender(const LayerRect& region, bool showBusy);
     /** The Render button: a preview render of the newest state, on a thread. */
     void renderImmediate();
-    /** Called by the render thread: the stack's picture, which the stack owns. */
-    SxImageRgbaBytes* renderOnThread(const LayerRect& region);
-    /** Called by the completion message on the message thread. */
-    void previewRenderFinished(RenderThread* thread);
-    bool isRendering() const { return rendering; }
-    /** The number of preview renders finished since start (threaded or immediate). */
+    bool isRendering() const { return previewRenderer->isRendering() || renderingFullImage; }
+    /** The number of preview renders shown since start. */
     int getRenderCount() const { return renderCount; }
 
     /** Press-and-hold comparison with the unfiltered picture. */
@@ -305,6 +299,11 @@ protected:
         restored project), before its first render. */
     virtual void prepareEffectLayer(Layer*) {}
     void startProjectSave(const juce::File& file, std::function<void()> afterSave);
+    LayerManager* layersToPreview() override;
+    SxImageRgbaBytes* previewPicture() override { return previewImage.get(); }
+    void previewRenderStarting(bool showBusy) override;
+    void previewRendered(SxImageRgbaBytes* picture) override;
+    void previewRenderingStopped() override;
     /** Puts a render result on the screen (unless the original is being shown). */
     void showRenderedImage(SxImageRgbaBytes* image);
     void timerCallback(int timerID) override;
@@ -323,7 +322,7 @@ protected:
     };
 
     bool started = false;
-    bool rendering = false;
+    bool renderingFullImage = false;
     bool showingOriginal = false;
     // A file drag is over the window: the window tests wait for it before they let go.
     bool fileDragOver = false;
@@ -345,6 +344,7 @@ protected:
     std::unique_ptr<DocumentKeyRoute> keyRoute;
     std::unique_ptr<InputTrace> inputTrace;
     std::unique_ptr<Heartbeat> heartbeat;
+    std::unique_ptr<PreviewRenderer> previewRenderer;
     SxRef<SxImageRgbaBytes> originalImage;
     SxRef<SxImageRgbaBytes> previewImage;
     SxRef<SxImageRgbaBytes> displayImage;

@@ -1,6 +1,5 @@
 #include "app/RenderThread.h"
 
-#include "app/GenericAppComponent.h"
 
 #include <atomic>
 
@@ -12,20 +11,20 @@ namespace
 std::atomic<int> threadsMade { 0 };
 }
 
-RenderPreviewCompleteMessage::RenderPreviewCompleteMessage(GenericAppComponent* owner, RenderThread* finished, int serialNumber)
-    : component(owner), thread(finished), serial(serialNumber)
+RenderPreviewCompleteMessage::RenderPreviewCompleteMessage(PreviewRenderer* owner, RenderThread* finished, int serialNumber)
+    : renderer(owner), thread(finished), serial(serialNumber)
 {
 }
 
 void RenderPreviewCompleteMessage::messageCallback()
 {
-    auto* owner = dynamic_cast<GenericAppComponent*>(component.getComponent());
+    auto* owner = renderer.get();
     if (owner != nullptr && currentRenderThread == thread && currentRenderThread != nullptr && currentRenderThread->serial == serial)
-        owner->previewRenderFinished(thread);
+        owner->finished(thread);
 }
 
-RenderThread::RenderThread(GenericAppComponent* owner, const LayerRect& renderRegion)
-    : juce::Thread("Rendering..."), component(owner), region(renderRegion), serial(++threadsMade)
+RenderThread::RenderThread(PreviewRenderer* owner, const LayerRect& renderRegion)
+    : juce::Thread("Rendering..."), renderer(owner), region(renderRegion), serial(++threadsMade)
 {
     completionMessage = new RenderPreviewCompleteMessage(owner, this, serial);
 }
@@ -37,7 +36,7 @@ RenderThread::~RenderThread()
 
 void RenderThread::run()
 {
-    result = SxRef<SxImageRgbaBytes>::share(component->renderOnThread(region));
+    result = SxRef<SxImageRgbaBytes>::share(renderer->renderOnThread(region));
     // The message system owns the message once posted; a failed post (only at quit) leaves the
     // lock set, which is harmless then, as nothing renders after quit.
     if (!completionMessage->post())

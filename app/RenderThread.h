@@ -3,13 +3,13 @@
 // pointer below is the program's render lock, set and cleared on the message thread only. When
 // the render ends, a message brings the result back to the message thread.
 
+#include "app/PreviewRenderer.h"
 #include "document/LayerRenderParameters.h"
 #include "imaging/SxImageRgbaBytes.h"
 #include "imaging/SxSmartPtr.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-class GenericAppComponent;
 class RenderThread;
 
 /** The running preview render, or null. Anything that must not run beside a render tests it. */
@@ -18,17 +18,17 @@ extern RenderThread* currentRenderThread;
 extern juce::int64 lastRenderRequest;
 
 /** Posted by a finished RenderThread; runs on the message thread. An open or a quit may have
-    stopped and deleted the thread, or the component, before the message arrives: then it does
+    stopped and deleted the thread, or the renderer, before the message arrives: then it does
     nothing. It therefore never reaches through the thread pointer it holds, and tells threads
     apart by their serial number, since a new thread may reuse a deleted one's address. */
 class RenderPreviewCompleteMessage : public juce::CallbackMessage
 {
 public:
-    RenderPreviewCompleteMessage(GenericAppComponent* owner, RenderThread* finished, int serialNumber);
+    RenderPreviewCompleteMessage(PreviewRenderer* owner, RenderThread* finished, int serialNumber);
     void messageCallback() override;
 
 private:
-    juce::Component::SafePointer<juce::Component> component;
+    juce::WeakReference<PreviewRenderer> renderer;
     RenderThread* thread;
     int serial;
 };
@@ -36,12 +36,12 @@ private:
 class RenderThread : public juce::Thread
 {
 public:
-    RenderThread(GenericAppComponent* owner, const LayerRect& renderRegion);
+    RenderThread(PreviewRenderer* owner, const LayerRect& renderRegion);
     ~RenderThread() override;
 
     void run() override;
 
-    GenericAppComponent* const component;
+    PreviewRenderer* const renderer;
     LayerRect region;
     /** Counts the threads of the process; the completion message checks it. */
     const int serial;
