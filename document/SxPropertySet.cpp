@@ -445,6 +445,42 @@ void SxPropertySet::fromXml(const juce::XmlElement& element)
     removeValue("propertyAlphaImageCount");
 }
 
+namespace
+{
+/** True when every '&' starts one of XML's five named references or a numeric one of at most
+    eight digits, each closed by ';'. JUCE's parser steps over the text's terminating zero after
+    a numeric reference that is not closed, so such text must never reach it; XML allows no other
+    references without a DTD, which is refused anyway. */
+bool referencesAreWellFormed(const juce::String& text)
+{
+    for (auto p = text.getCharPointer(); !p.isEmpty(); ++p)
+    {
+        if (*p != '&')
+            continue;
+        auto q = p + 1;
+        bool named = false;
+        for (const char* name : { "amp;", "quot;", "apos;", "lt;", "gt;" })
+            if (q.compareIgnoreCaseUpTo(juce::CharPointer_ASCII(name), (int) std::strlen(name)) == 0)
+                named = true;
+        if (named)
+            continue;
+        if (*q != '#')
+            return false;
+        ++q;
+        const bool hex = *q == 'x' || *q == 'X';
+        if (hex)
+            ++q;
+        int digits = 0;
+        for (; !q.isEmpty() && *q != ';'; ++q, ++digits)
+            if (digits >= 8 || (hex ? juce::CharacterFunctions::getHexDigitValue(*q) < 0 : !juce::CharacterFunctions::isDigit(*q)))
+                return false;
+        if (digits == 0 || *q != ';')
+            return false;
+    }
+    return true;
+}
+} // namespace
+
 std::unique_ptr<juce::XmlElement> SxPropertySet::parseXmlText(const juce::String& text)
 {
     juce::String body = text.trimStart();
@@ -455,7 +491,8 @@ std::unique_ptr<juce::XmlElement> SxPropertySet::parseXmlText(const juce::String
             return nullptr;
         body = body.substring(end + 2);
     }
-    if (body.contains("<?") || body.containsIgnoreCase("<!DOCTYPE") || body.containsIgnoreCase("<!ENTITY"))
+    if (body.contains("<?") || body.containsIgnoreCase("<!DOCTYPE") || body.containsIgnoreCase("<!ENTITY")
+        || !referencesAreWellFormed(body))
         return nullptr;
     return juce::parseXML(body);
 }

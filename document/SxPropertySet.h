@@ -74,7 +74,8 @@ public:
 
     /** Parses XML text that came from a file. Null for a processing instruction other than the
         leading declaration and for a DTD: juce::parseXML never returns on text, a processing
-        instruction and text again inside one element, and it expands DTD entities.
+        instruction and text again inside one element, it expands DTD entities, and it reads past
+        the end after an unclosed numeric reference ("&#X"), so a malformed reference is refused.
         The text must have been made from bytes checked by FileBytes::toText: JUCE's strings
         overflow their copies on UTF-8 that is not in its shortest form. */
     static std::unique_ptr<juce::XmlElement> parseXmlText(const juce::String& text);

@@ -11,6 +11,13 @@ namespace ColorPaletteFile
 {
 namespace
 {
+/** The ASCII text from start up to stop. JUCE's length-limited string constructor reads the
+    first byte even for no characters, which at the end of the buffer is one byte too far. */
+juce::String asciiText(const char* start, const char* stop)
+{
+    return stop > start ? juce::String(juce::CharPointer_UTF8(start), juce::CharPointer_UTF8(stop)) : juce::String();
+}
+
 const char* const channelKeys[4] = { "ColorRed", "ColorGreen", "ColorBlue", "ColorAlpha" };
 
 /** A whole number from text, or fallback when the text is not one. */
@@ -72,7 +79,7 @@ bool parseElement(const char* p, const char* end, SxPropertySet& set)
         const char* nameStart = p;
         while (p < end && nameChar(*p) && p - nameStart <= 64)
             ++p;
-        const juce::String name(nameStart, (size_t) (p - nameStart));
+        const auto name = asciiText(nameStart, p);
         skipSpace();
         if (!spaced || name.isEmpty() || name.length() > 64 || !take("="))
             return false;
@@ -86,7 +93,7 @@ bool parseElement(const char* p, const char* end, SxPropertySet& set)
             ++p;
         if (p == end || *p != quote)
             return false;
-        set.setValue(name, juce::String(valueStart, (size_t) (p - valueStart)));
+        set.setValue(name, asciiText(valueStart, p));
         ++p;
     }
     skipSpace();

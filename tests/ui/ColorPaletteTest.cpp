@@ -72,7 +72,8 @@ TEST_F(Palettes, DamagedFilesAreRefusedWhole)
     for (const char* text : { "", "not xml", "<Other totalColors=\"1\"/>", "<ColorPalette totalColors=\"-1\"/>",
                               "<ColorPalette totalColors=\"999999999\"/>", "<ColorPalette totalColors=\"3x\"/>",
                               "<ColorPalette totalColors=\"1\" ColorGreen0=\"256\"/>",
-                              "<ColorPalette totalColors=\"1\" ColorBlue0=\"-3\"/>", "<ColorPalette totalColors=\"1\"" })
+                              "<ColorPalette totalColors=\"1\" ColorBlue0=\"-3\"/>", "<ColorPalette totalColors=\"1\"",
+                              "<ColorPalette totalColors=\"3\" " })
     {
         SCOPED_TRACE(text);
         const auto result = readText(text);
