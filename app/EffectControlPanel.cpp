@@ -1,7 +1,6 @@
 #include "app/EffectControlPanel.h"
 
 #include "app/BrushControlPanel.h"
-#include "app/GenericAppComponent.h"
 #include "effect/EffectParameters.h"
 #include "effect/TornvaleEffect.h"
 #include "ui/SxIconButton.h"
@@ -14,7 +13,8 @@ constexpr int segmentRowHeight = 53;
 constexpr int brushPanelHeight = 164;
 } // namespace
 
-EffectControlPanel::EffectControlPanel(GenericAppComponent& owner) : SxComponent("effectControlComponent"), component(owner)
+EffectControlPanel::EffectControlPanel(SxToolOwner& owner, std::function<void()> randomizeSettings)
+    : SxComponent("effectControlComponent"), toolOwner(owner), randomize(std::move(randomizeSettings))
 {
     title.setComponentID("effectTabSegmentTitleBar");
     title.setJustificationType(juce::Justification::centred);
@@ -57,7 +57,7 @@ void EffectControlPanel::setEffect(Layer* layer)
     if (effect != nullptr)
     {
         buildControls();
-        brushPanel = std::make_unique<BrushControlPanel>(component);
+        brushPanel = std::make_unique<BrushControlPanel>(toolOwner);
         addAndMakeVisible(*brushPanel);
         brushPanel->setBoundsString("0, parent.height - " + juce::String(brushPanelHeight) + ", left + parent.width, top + "
                                     + juce::String(brushPanelHeight));
@@ -154,7 +154,7 @@ void EffectControlPanel::segmentChanged(SegmentController*, int)
 void EffectControlPanel::buttonClicked(juce::Button* button)
 {
     if (button == randomizeEffectButton.get())
-        component.randomizeEffect();
+        randomize();
 }
 
 bool EffectControlPanel::handleKey(const juce::KeyPress& key)

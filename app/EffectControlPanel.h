@@ -8,11 +8,12 @@
 #include "ui/SxLayoutController.h"
 #include "ui/SxSegmentController.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class BrushControlPanel;
-class GenericAppComponent;
+class SxToolOwner;
 class Layer;
 class SxLabelSlider;
 class SxIconButton;
@@ -24,7 +25,9 @@ class EffectControlPanel : public SxComponent,
                            private juce::Button::Listener
 {
 public:
-    explicit EffectControlPanel(GenericAppComponent& owner);
+    /** toolOwner makes the brushes current; randomize is the panel's own dice, which keeps the
+        style and varies the adjust settings. */
+    EffectControlPanel(SxToolOwner& toolOwner, std::function<void()> randomize);
     ~EffectControlPanel() override;
 
     /** Binds the controls to an effect, or shows an empty panel for null. */
@@ -53,7 +56,8 @@ private:
     /** Two controls side by side in one row of the column. */
     juce::Component* makePair(juce::Component& left, juce::Component& right, int height);
 
-    GenericAppComponent& component;
+    SxToolOwner& toolOwner;
+    std::function<void()> randomize;
     TornvaleEffect* effect = nullptr;
     juce::Label title { "effectTabSegmentTitleBar", "ADJUST" };
     std::unique_ptr<SxIconButton> randomizeEffectButton;

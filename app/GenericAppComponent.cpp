@@ -152,7 +152,7 @@ void GenericAppComponent::buildInterface()
     if (isHostKind(1))
         topBar->showHostApplyButton(HostSession::applyTooltip(hostKind));
 
-    effectControlComponent = std::make_unique<EffectControlPanel>(*this);
+    effectControlComponent = std::make_unique<EffectControlPanel>(*this, [this] { randomizeEffect(); });
     effectControlComponent->setComponentID("effectControlComponent");
     addAndMakeVisible(*effectControlComponent);
     effectPanelOpen = applicationProperties->getBoolValue("effectControlComponentOpened", true);

@@ -5,6 +5,8 @@
 // (which features exist, which sizes apply) through the virtual operations below.
 
 #include "app/GenericAppDocument.h"
+#include "app/MainTopBar.h"
+#include "app/PresetActions.h"
 #include "app/PreviewRenderer.h"
 #include "document/LayerCallback.h"
 #include "document/LayerManager.h"
@@ -24,8 +26,6 @@
 
 class DocumentKeyRoute;
 class GenericAppComponent;
-class MainTopBar;
-class PresetActions;
 class PresetManager;
 class EffectControlPanel;
 class HostSession;
@@ -47,6 +47,8 @@ class GenericAppComponent : public juce::ImageComponent,
                             public juce::MenuBarModel,
                             public CropController::Owner,
                             public PreviewRendererCallback,
+                            public MainTopBarCallback,
+                            public PresetActionsCallback,
                             private juce::MultiTimer
 {
 public:
@@ -87,10 +89,10 @@ public:
     virtual bool loadProject(const juce::File& file);
 
     // Dialogs of the commands; each asks for a file without blocking and goes on when answered.
-    void openImageDialog();
+    void openImageDialog() override;
     void openProjectDialog();
     /** Asks where to save the photo and saves it at full size. */
-    virtual void saveImage();
+    void saveImage() override;
     /** Puts the tornvale-render command line of the present look on the clipboard. */
     void copyRenderCommand();
     /** Renders at full size and writes the photo, to chosen with the photo extension rules
@@ -104,10 +106,10 @@ public:
     /** The writing itself; runs on the activity thread. */
     bool saveProjectNow(const juce::File& file);
     /** Asks for a name, then saves the effect's settings as a preset of that name. */
-    void savePresetDialog();
+    void savePresetDialog() override;
     /** Shows the preferences panel: the picture size limit and "Rebuild Default Presets". */
     void showPreferences();
-    bool savePresetNamed(const juce::String& name);
+    bool savePresetNamed(const juce::String& name) override;
     /** The effect's present settings become what every newly opened picture starts with. */
     void saveStartupSettings();
     void resetStartupSettings();
@@ -123,7 +125,7 @@ public:
     bool askAboutUnsavedChanges(const juce::String& pathToOpen, std::function<void()> proceed);
     bool isFreshProject() const;
     bool isJobRunning() const { return jobRunning; }
-    bool hasDocument() const { return originalImage.get() != nullptr && previewImage.get() != nullptr; }
+    bool hasDocument() const override { return originalImage.get() != nullptr && previewImage.get() != nullptr; }
     const juce::File& getProjectFile() const { return projectFile; }
 
     // Commands and menus.
@@ -161,28 +163,28 @@ public:
     float getRenderScale() override;
     void layersChanged() override {}
     /** The Render button: a preview render of the newest state, on a thread. */
-    void renderImmediate();
+    void renderImmediate() override;
     bool isRendering() const { return previewRenderer->isRendering() || renderingFullImage; }
     /** The number of preview renders shown since start. */
     int getRenderCount() const { return renderCount; }
 
     /** Press-and-hold comparison with the unfiltered picture. */
-    void showOriginal(bool pressed);
+    void showOriginal(bool pressed) override;
     bool isShowingOriginal() const { return showingOriginal; }
     /** Random settings for the effect, recorded as one undo step. */
-    void randomizeAll();
+    void randomizeAll() override;
     /** Keeps the style and varies the adjust settings (the panel's own randomize button). */
-    void randomizeEffect();
+    void randomizeEffect() override;
 
     // History.
     void layerChanged() override;
     void setActiveTool(SxTool* tool) override;
-    void undoStep();
-    void redoStep();
+    void undoStep() override;
+    void redoStep() override;
     /** One step back or forward through the history. */
     void stepHistory(bool forward);
-    bool canUndo() const { return undo.canUndo(); }
-    bool canRedo() const { return undo.canRedo(); }
+    bool canUndo() const override { return undo.canUndo(); }
+    bool canRedo() const override { return undo.canRedo(); }
 
     // Tools.
     /** The "Pen Gesture" setting, kept in the settings and handed to each tool made current. */
@@ -195,19 +197,19 @@ public:
     SxTool* getCurrentTool() const;
 
     /** "manualRedraw": renders start only from the Render button. */
-    void setManualRedraw(bool manual);
+    void setManualRedraw(bool manual) override;
     bool isManualRedraw() const;
 
     /** Opens or closes the side panel, animated unless told otherwise. */
-    void setEffectPanelOpen(bool open, bool animate);
-    bool isEffectPanelOpen() const { return effectPanelOpen; }
+    void setEffectPanelOpen(bool open, bool animate) override;
+    bool isEffectPanelOpen() const override { return effectPanelOpen; }
 
     /** The crop panel and its frame over the picture; the picture is cut once "Apply" is
         pressed, and becomes the document's source at full size, keeping the effect's settings. */
-    void openCrop();
+    void openCrop() override;
     /** A host takes its picture back at the size it handed over, so a picture from a host is
         never cut. */
-    bool canCrop() const { return hasDocument() && !isHostKind(1); }
+    bool canCrop() const override { return hasDocument() && !isHostKind(1); }
     bool isCropOpen() const { return cropController != nullptr; }
     void cropApplied(juce::Rectangle<int> rect) override;
     void cropCommand(const juce::String& command) override;
@@ -220,22 +222,22 @@ public:
     /** Shows a short message over the window, for failures the user should know about. */
     void showAlert(const juce::String& name, const juce::String& title, const juce::String& message);
     /** The program's name, version and a line on what it does. */
-    void showAboutAlert();
+    void showAboutAlert() override;
 
     bool isInterestedInFileDrag(const juce::StringArray& files) override;
     void filesDropped(const juce::StringArray& files, int x, int y) override;
     void fileDragEnter(const juce::StringArray&, int, int) override { fileDragOver = true; }
     void fileDragExit(const juce::StringArray&) override { fileDragOver = false; }
 
-    juce::PropertiesFile* getUserSettings() const { return applicationProperties.get(); }
-    GenericAppDocument* getDocument() const { return document.get(); }
+    juce::PropertiesFile* getUserSettings() const override { return applicationProperties.get(); }
+    GenericAppDocument* getDocument() const override { return document.get(); }
     SxImageRgbaBytes* getOriginalImage() const { return originalImage.get(); }
-    SxImageRgbaBytes* getPreviewImage() const { return previewImage.get(); }
+    SxImageRgbaBytes* getPreviewImage() const override { return previewImage.get(); }
     SxImageRgbaBytes* getDisplayImage() const { return displayImage.get(); }
     LayerManager* getLayerManager() const { return layerManager.get(); }
     PresetManager* getPresetManager() const { return presetManager.get(); }
     PresetActions* getPresetActions() const { return presetActions.get(); }
-    Layer* getEffectLayer() const { return layerManager != nullptr ? layerManager->getEffectLayer() : nullptr; }
+    Layer* getEffectLayer() const override { return layerManager != nullptr ? layerManager->getEffectLayer() : nullptr; }
 
     /** Where settings and working files live: the user's configuration folder plus the name. */
     juce::File applicationDataFolder();
@@ -299,6 +301,15 @@ protected:
         restored project), before its first render. */
     virtual void prepareEffectLayer(Layer*) {}
     void startProjectSave(const juce::File& file, std::function<void()> afterSave);
+    juce::Component& topBarHost() override { return *this; }
+    juce::Component& presetQuestionHost() override { return *this; }
+    bool presetsMustWait() const override { return isRendering() || jobRunning || loadingDocument; }
+    void presetApplied() override
+    {
+        updateControls();
+        layerChanged();
+    }
+    SxToolOwner& topBarToolOwner() override { return *this; }
     LayerManager* layersToPreview() override;
     SxImageRgbaBytes* previewPicture() override { return previewImage.get(); }
     void previewRenderStarting(bool showBusy) override;

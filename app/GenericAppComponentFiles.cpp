@@ -391,7 +391,7 @@ SxRef<SxImageRgbaBytes> GenericAppComponent::renderFullImage(const juce::String&
 
     SxRef<SxImageRgbaBytes> result;
     {
-        RenderHiResActivityThread job(*this, message);
+        RenderHiResActivityThread job(document.get(), *layerManager, message);
         job.setMessage("Saving...");
         job.runThread();
         result = job.result;
@@ -450,7 +450,7 @@ bool GenericAppComponent::saveProjectTo(const juce::File& file)
     jobRunning = true;
     bool ok = false;
     {
-        SaveProjectActivityWindow job(*this, file);
+        SaveProjectActivityWindow job(document.get(), file, [this](const juce::File& f) { return saveProjectNow(f); });
         job.runThread();
         ok = job.succeeded;
     }
@@ -528,7 +528,7 @@ bool GenericAppComponent::savePresetNamed(const juce::String& name)
     jobRunning = true;
     bool ok = false;
     {
-        SavePresetActivityWindow job(*this, file, settings, displayImage.get() != nullptr ? displayImage.get() : previewImage.get());
+        SavePresetActivityWindow job(document.get(), file, settings, displayImage.get() != nullptr ? displayImage.get() : previewImage.get());
         job.runThread();
         ok = job.succeeded;
     }

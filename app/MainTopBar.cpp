@@ -1,6 +1,6 @@
 #include "app/MainTopBar.h"
 
-#include "app/GenericAppComponent.h"
+#include "app/GenericAppDocument.h"
 #include "tools/SxPanTool.h"
 #include "ui/SxAlertComponent.h"
 #include "ui/SxIconButton.h"
@@ -27,7 +27,7 @@ public:
 };
 } // namespace
 
-MainTopBar::MainTopBar(GenericAppComponent& owner) : SxComponent("topBar"), component(owner)
+MainTopBar::MainTopBar(MainTopBarCallback& owner) : SxComponent("topBar"), component(owner)
 {
     using Kind = SxIcons::Kind;
     addIconButton(getPhotoButton, "getPhotoButton", (int) Kind::openPhoto, "Load a photo from your hard drive. ",
@@ -63,7 +63,7 @@ MainTopBar::MainTopBar(GenericAppComponent& owner) : SxComponent("topBar"), comp
     panTool->setComponentID("panTool");
     panTool->setTooltip("Use this to move the image within the app.");
     panTool->setIconPath(SxIcons::get(Kind::pan));
-    panTool->setOwner(&component);
+    panTool->setOwner(&component.topBarToolOwner());
     addAndMakeVisible(*panTool);
     SxComponent::place(*panTool, "(parent.width - 256 - 130)/2 - 62 + 165 + 60, 1, left + 50, top + 30");
 
@@ -84,15 +84,15 @@ MainTopBar::MainTopBar(GenericAppComponent& owner) : SxComponent("topBar"), comp
     panelArrowButton = std::make_unique<SxIconButton>("arrowRightButton", Kind::arrowRight);
     panelArrowButton->setComponentID("arrowRightButton");
     panelArrowButton->addListener(this);
-    component.addAndMakeVisible(*panelArrowButton);
+    component.topBarHost().addAndMakeVisible(*panelArrowButton);
 
     topBarShadow = std::make_unique<TopBarShadow>();
     topBarShadow->setComponentID("topBarShadow");
-    component.addAndMakeVisible(*topBarShadow);
+    component.topBarHost().addAndMakeVisible(*topBarShadow);
     SxComponent::place(*topBarShadow, "0, topBar.bottom, left + topBar.width, top + 8");
 
     if (component.getUserSettings() == nullptr || component.getUserSettings()->getBoolValue("showToolTips", true))
-        tooltipWindow = std::make_unique<juce::TooltipWindow>(&component, 700);
+        tooltipWindow = std::make_unique<juce::TooltipWindow>(&component.topBarHost(), 700);
 
     updateButtons();
 }
@@ -100,7 +100,7 @@ MainTopBar::MainTopBar(GenericAppComponent& owner) : SxComponent("topBar"), comp
 MainTopBar::~MainTopBar()
 {
     if (panTool != nullptr && panTool->isToolOn())
-        component.setCurrentTool(nullptr);
+        component.topBarToolOwner().setCurrentTool(nullptr);
 }
 
 SxIconButton& MainTopBar::addIconButton(std::unique_ptr<SxIconButton>& holder, const char* name, int kind, const char* tooltip,
@@ -117,7 +117,7 @@ SxIconButton& MainTopBar::addIconButton(std::unique_ptr<SxIconButton>& holder, c
 
 void MainTopBar::updateButtons()
 {
-    const bool hasDocument = component.getPreviewImage() != nullptr;
+    const bool hasDocument = component.hasDocument();
     cropButton->setEnabled(component.canCrop());
     undoButton->setEnabled(hasDocument && component.canUndo());
     redoButton->setEnabled(hasDocument && component.canRedo());

@@ -7,17 +7,50 @@
 
 #include "ui/SxComponent.h"
 
+#include <juce_data_structures/juce_data_structures.h>
+
 #include <memory>
 
-class GenericAppComponent;
+class GenericAppDocument;
 class SxIconButton;
 class SxRoundRectangleButton;
 class SxPanTool;
+class SxToolOwner;
+
+/** What the bar's buttons ask of the window that holds it: the window implements it, and the bar
+    knows nothing else of the window. */
+class MainTopBarCallback
+{
+public:
+    virtual ~MainTopBarCallback() = default;
+    /** Where the bar puts the side panel's arrow and its own shadow, which stand below it. */
+    virtual juce::Component& topBarHost() = 0;
+    virtual SxToolOwner& topBarToolOwner() = 0;
+    virtual GenericAppDocument* getDocument() const = 0;
+    virtual juce::PropertiesFile* getUserSettings() const = 0;
+    virtual bool hasDocument() const = 0;
+    virtual bool canCrop() const = 0;
+    virtual bool canUndo() const = 0;
+    virtual bool canRedo() const = 0;
+    virtual bool isEffectPanelOpen() const = 0;
+
+    virtual void openImageDialog() = 0;
+    virtual void saveImage() = 0;
+    virtual void setManualRedraw(bool manual) = 0;
+    virtual void renderImmediate() = 0;
+    virtual void openCrop() = 0;
+    virtual void undoStep() = 0;
+    virtual void redoStep() = 0;
+    virtual void randomizeAll() = 0;
+    virtual void setEffectPanelOpen(bool open, bool animate) = 0;
+    virtual void showAboutAlert() = 0;
+    virtual void showOriginal(bool pressed) = 0;
+};
 
 class MainTopBar : public SxComponent, private juce::Button::Listener
 {
 public:
-    explicit MainTopBar(GenericAppComponent& owner);
+    explicit MainTopBar(MainTopBarCallback& owner);
     ~MainTopBar() override;
 
     /** Enables what makes sense for the present document and history. */
@@ -40,7 +73,7 @@ private:
     SxIconButton& addIconButton(std::unique_ptr<SxIconButton>& holder, const char* name, int kind, const char* tooltip,
                                 const char* bounds);
 
-    GenericAppComponent& component;
+    MainTopBarCallback& component;
     std::unique_ptr<SxIconButton> getPhotoButton, savePhotoButton, cropButton, undoButton, zoomInButton, zoomOutButton, redoButton,
         originalButton, infoButton, randomizeButton, panelArrowButton;
     std::unique_ptr<juce::ToggleButton> renderingModeCheckbox;

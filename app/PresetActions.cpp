@@ -1,14 +1,14 @@
 #include "app/PresetActions.h"
 
 #include "app/AppFileChooser.h"
-#include "app/GenericAppComponent.h"
-#include "app/RenderThread.h"
+#include "app/GenericAppDocument.h"
+#include "document/Layer.h"
 #include "presets/PresetFile.h"
 #include "presets/PresetManager.h"
 #include "presets/RenderPresetImagePreviewsThread.h"
 #include "ui/SxAlertComponent.h"
 
-PresetActions::PresetActions(GenericAppComponent& owner) : component(owner) {}
+PresetActions::PresetActions(PresetActionsCallback& owner) : component(owner) {}
 
 PresetActions::~PresetActions()
 {
@@ -20,7 +20,7 @@ PresetActions::~PresetActions()
 bool PresetActions::busy() const
 {
     // A click while a render or a job runs is dropped, not queued: the render holds the layers.
-    return currentRenderThread != nullptr || component.isJobRunning() || component.loadingDocument;
+    return component.presetsMustWait();
 }
 
 bool PresetActions::hasSourceImage()
@@ -57,8 +57,7 @@ bool PresetActions::applyPresetFile(const juce::File& file)
     // defaults for the others. A preset touches the effect layer only.
     effect->restoreFromDictionary(contents.settings, {});
     effect->setNeedsRender(true);
-    component.updateControls();
-    component.layerChanged();
+    component.presetApplied();
     effect->invalidate(nullptr);
     startTimer(previewsTimer, 2000);
     return true;
@@ -92,7 +91,7 @@ bool PresetActions::saveNamed(const juce::String& name)
     const auto file = AppFileChooser::presetFileFor(folder, name);
     if (folder == juce::File() || file == juce::File() || !(file.existsAsFile() || file.withFileExtension("prel").existsAsFile()))
         return component.savePresetNamed(name);
-    auto* question = SxAlertComponent::ask(component, "replacePresetAlert", "Replace Preset?",
+    auto* question = SxAlertComponent::ask(component.presetQuestionHost(), "replacePresetAlert", "Replace Preset?",
                                            "You already have a preset named \"" + file.getFileNameWithoutExtension()
                                                + "\". Would you like to replace it?",
                                            { "Replace", "Cancel" });

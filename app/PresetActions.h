@@ -6,18 +6,41 @@
 
 #include "presets/PresetManagerCallback.h"
 
-#include <juce_events/juce_events.h>
+#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <memory>
 
-class GenericAppComponent;
+class GenericAppDocument;
+class Layer;
 class PresetManager;
+class SxImageRgbaBytes;
 class RenderPresetImagePreviewsThread;
+
+/** What the preset actions ask of the window: the window implements it, and the actions know
+    nothing else of it. */
+class PresetActionsCallback
+{
+public:
+    virtual ~PresetActionsCallback() = default;
+    /** Where the "Replace Preset?" question shows. */
+    virtual juce::Component& presetQuestionHost() = 0;
+    /** A render, a job or an open holds the effect and the GL context: presets wait. */
+    virtual bool presetsMustWait() const = 0;
+    virtual bool hasDocument() const = 0;
+    virtual GenericAppDocument* getDocument() const = 0;
+    virtual Layer* getEffectLayer() const = 0;
+    virtual SxImageRgbaBytes* getPreviewImage() const = 0;
+    /** A preset was applied to the effect: the controls follow and the history records it. */
+    virtual void presetApplied() = 0;
+    virtual void randomizeEffect() = 0;
+    virtual void savePresetDialog() = 0;
+    virtual bool savePresetNamed(const juce::String& name) = 0;
+};
 
 class PresetActions : public PresetManagerCallback, private juce::MultiTimer
 {
 public:
-    explicit PresetActions(GenericAppComponent& owner);
+    explicit PresetActions(PresetActionsCallback& owner);
     ~PresetActions() override;
 
     /** The strip whose list follows the files; may be null (no interface). */
@@ -65,7 +88,7 @@ private:
     void timerCallback(int timerID) override;
     bool busy() const;
 
-    GenericAppComponent& component;
+    PresetActionsCallback& component;
     PresetManager* manager = nullptr;
     juce::String pendingPresetFile;
     std::unique_ptr<RenderPresetImagePreviewsThread> previewThread;

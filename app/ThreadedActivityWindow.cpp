@@ -1,6 +1,7 @@
 #include "app/ThreadedActivityWindow.h"
 
-#include "app/GenericAppComponent.h"
+#include "app/GenericAppDocument.h"
+#include "document/LayerManager.h"
 #include "presets/PresetFile.h"
 #include "ui/SxLookAndFeel.h"
 
@@ -47,12 +48,12 @@ void SxActivityContainer::paint(juce::Graphics& g)
 }
 
 //==============================================================================
-ThreadedActivityWindow::ThreadedActivityWindow(GenericAppComponent& owner, const juce::String& text)
-    : juce::Thread("Activity Window"), component(owner), message(text)
+ThreadedActivityWindow::ThreadedActivityWindow(GenericAppDocument* document, const juce::String& text)
+    : juce::Thread("Activity Window"), message(text)
 {
     activityContainer = std::make_unique<SxActivityContainer>();
     activityContainer->setMessage(text);
-    if (auto* document = component.getDocument())
+    if (document != nullptr)
     {
         document->setShowActivity(false, {});
         document->addAndMakeVisible(*activityContainer);
@@ -112,29 +113,30 @@ void ThreadedActivityWindow::timerCallback()
 }
 
 //==============================================================================
-RenderHiResActivityThread::RenderHiResActivityThread(GenericAppComponent& owner, const juce::String& text)
-    : ThreadedActivityWindow(owner, text)
+RenderHiResActivityThread::RenderHiResActivityThread(GenericAppDocument* view, LayerManager& stack, const juce::String& text)
+    : ThreadedActivityWindow(view, text), layers(stack)
 {
 }
 
 void RenderHiResActivityThread::run()
 {
-    result = SxRef<SxImageRgbaBytes>::adopt(component.getLayerManager()->render(nullptr, false, true));
+    result = SxRef<SxImageRgbaBytes>::adopt(layers.render(nullptr, false, true));
 }
 
-SaveProjectActivityWindow::SaveProjectActivityWindow(GenericAppComponent& owner, const juce::File& file)
-    : ThreadedActivityWindow(owner, "Saving Project..."), destination(file)
+SaveProjectActivityWindow::SaveProjectActivityWindow(GenericAppDocument* view, const juce::File& file,
+                                                     std::function<bool(const juce::File&)> writeProject)
+    : ThreadedActivityWindow(view, "Saving Project..."), destination(file), write(std::move(writeProject))
 {
 }
 
 void SaveProjectActivityWindow::run()
 {
-    succeeded = component.saveProjectNow(destination);
+    succeeded = write(destination);
 }
 
-SavePresetActivityWindow::SavePresetActivityWindow(GenericAppComponent& owner, const juce::File& file,
+SavePresetActivityWindow::SavePresetActivityWindow(GenericAppDocument* view, const juce::File& file,
                                                    const SxPropertySet& values, SxImageRgbaBytes* picture)
-    : ThreadedActivityWindow(owner, "Saving Preset..."), destination(file), settings(values),
+    : ThreadedActivityWindow(view, "Saving Preset..."), destination(file), settings(values),
       composite(SxRef<SxImageRgbaBytes>::share(picture))
 {
 }

@@ -12,9 +12,11 @@
 #include <juce_core/juce_core.h>
 #include <juce_events/juce_events.h>
 
+#include <functional>
 #include <memory>
 
-class GenericAppComponent;
+class GenericAppDocument;
+class LayerManager;
 
 /** The centred panel: a turning spinner and one line of text. */
 class SxActivityContainer : public SxComponent
@@ -39,9 +41,9 @@ private:
 class ThreadedActivityWindow : public juce::Thread, private juce::Timer
 {
 public:
-    /** Shows the panel over the component's document, in place of any other activity shown
-        there. */
-    ThreadedActivityWindow(GenericAppComponent& owner, const juce::String& message);
+    /** Shows the panel over the document view (when there is one), in place of any other
+        activity shown there. */
+    ThreadedActivityWindow(GenericAppDocument* view, const juce::String& message);
     ~ThreadedActivityWindow() override;
 
     /** Starts the job and returns when it has ended, running the message loop meanwhile. */
@@ -56,9 +58,6 @@ public:
     /** How long the panel may take to report progress before it is thought stuck (for logs). */
     int timeoutMs = 10000;
 
-protected:
-    GenericAppComponent& component;
-
 private:
     void timerCallback() override;
 
@@ -68,33 +67,40 @@ private:
 };
 
 /** Renders the whole stack at the source picture's full size; the stack must already hold the
-    full-size picture (GenericAppComponent::renderFullImage prepares it). */
+    full-size picture (the main component's renderFullImage prepares it). */
 class RenderHiResActivityThread : public ThreadedActivityWindow
 {
 public:
-    RenderHiResActivityThread(GenericAppComponent& owner, const juce::String& message);
+    RenderHiResActivityThread(GenericAppDocument* view, LayerManager& layers, const juce::String& message);
     void run() override;
 
     /** The full-size result, once runThread has returned; null if the render failed. */
     SxRef<SxImageRgbaBytes> result;
+
+private:
+    LayerManager& layers;
 };
 
-/** Writes the open document as a project file. */
+/** Writes the open document as a project file; write does the writing on the job's thread. */
 class SaveProjectActivityWindow : public ThreadedActivityWindow
 {
 public:
-    SaveProjectActivityWindow(GenericAppComponent& owner, const juce::File& destination);
+    SaveProjectActivityWindow(GenericAppDocument* view, const juce::File& destination,
+                              std::function<bool(const juce::File&)> write);
     void run() override;
 
     const juce::File destination;
     bool succeeded = false;
+
+private:
+    std::function<bool(const juce::File&)> write;
 };
 
 /** Writes the effect's settings and a preview of the present result as a preset file. */
 class SavePresetActivityWindow : public ThreadedActivityWindow
 {
 public:
-    SavePresetActivityWindow(GenericAppComponent& owner, const juce::File& destination, const SxPropertySet& settings,
+    SavePresetActivityWindow(GenericAppDocument* view, const juce::File& destination, const SxPropertySet& settings,
                              SxImageRgbaBytes* composite);
     void run() override;
 

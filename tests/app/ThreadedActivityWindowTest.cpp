@@ -42,7 +42,7 @@ TEST(ThreadedActivityWindow, BlocksTheCallerButNotTheMessageLoop)
         int ticks = 0;
         juce::Component* panel = nullptr;
         bool modalDuringJob = false, messageFirst = false;
-        SlowJob job(component, "Rendering...");
+        SlowJob job(component.getDocument(), "Rendering...");
         panel = job.getActivityContainer();
         ASSERT_EQ(panel->getParentComponent(), component.getDocument());
         // Centred in the document at 273 × 27.
