@@ -3,6 +3,9 @@
 #include "app/RenderThread.h"
 #include "document/LayerManager.h"
 
+#include <memory>
+#include <utility>
+
 PreviewRenderer::PreviewRenderer(PreviewRendererCallback& cb) : callback(cb)
 {
 }
@@ -42,9 +45,8 @@ void PreviewRenderer::wait()
 {
     if (currentRenderThread == nullptr)
         return;
-    std::unique_ptr<RenderThread> thread(currentRenderThread);
-    thread->stopThread(-1);
-    currentRenderThread = nullptr;
+    // The thread's destructor waits for it to end.
+    std::unique_ptr<RenderThread>(std::exchange(currentRenderThread, nullptr)).reset();
     callback.previewRenderingStopped();
 }
 
@@ -58,11 +60,8 @@ void PreviewRenderer::finished(RenderThread* thread)
 {
     if (thread != currentRenderThread)
         return; // a render stopped by an open or a quit; its owner deleted it already
-    std::unique_ptr<RenderThread> done(currentRenderThread);
-    const SxRef<SxImageRgbaBytes> result = done->result;
-    done->stopThread(-1);
-    currentRenderThread = nullptr;
-    done.reset();
+    const SxRef<SxImageRgbaBytes> result = thread->result;
+    std::unique_ptr<RenderThread>(std::exchange(currentRenderThread, nullptr)).reset();
     callback.previewRendered(result.get());
 
     // A change made while the thread ran marked its layer again. The newest state renders next,
@@ -70,7 +69,7 @@ void PreviewRenderer::finished(RenderThread* thread)
     auto* layers = callback.layersToPreview();
     if (result.get() != nullptr && layers != nullptr && layers->needsRender())
     {
-        start(LayerRect(), false);
+        start(LayerRect::empty(), false);
         if (currentRenderThread != nullptr)
             return;
     }
