@@ -303,7 +303,8 @@ protected:
     void startProjectSave(const juce::File& file, std::function<void()> afterSave);
     juce::Component& topBarHost() override { return *this; }
     juce::Component& presetQuestionHost() override { return *this; }
-    bool presetsMustWait() const override { return isRendering() || jobRunning || loadingDocument; }
+    bool presetsMustWait() const override { return renderingFullImage || jobRunning || loadingDocument; }
+    bool previewRendering() const override { return previewRenderer->isRendering(); }
     void presetApplied() override
     {
         updateControls();

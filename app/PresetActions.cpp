@@ -19,8 +19,7 @@ PresetActions::~PresetActions()
 
 bool PresetActions::busy() const
 {
-    // A click while a render or a job runs is dropped, not queued: the render holds the layers.
-    return component.presetsMustWait();
+    return component.presetsMustWait() || component.previewRendering();
 }
 
 bool PresetActions::hasSourceImage()
@@ -32,7 +31,10 @@ void PresetActions::presetClicked(const juce::String& path)
 {
     stopTimer(styleTimer);
     stopTimer(applyTimer);
-    if (busy())
+    // An export or a job holds the document: the click is dropped. A preview render only delays
+    // the apply (see the timer), since on software GL it runs for seconds and the strip already
+    // shows the click.
+    if (component.presetsMustWait())
         return;
     pendingPresetFile = path;
     if (!component.hasDocument())
@@ -132,6 +134,12 @@ void PresetActions::timerCallback(int timerID)
     switch (timerID)
     {
         case applyTimer:
+            if (component.previewRendering() && !component.presetsMustWait())
+            {
+                // Loading the preset releases the effect's work image, which the render reads.
+                startTimer(applyTimer, 50);
+                break;
+            }
             stopTimer(styleTimer);
             if (auto* document = component.getDocument())
                 document->setShowActivity(false, {});

@@ -24,8 +24,11 @@ public:
     virtual ~PresetActionsCallback() = default;
     /** Where the "Replace Preset?" question shows. */
     virtual juce::Component& presetQuestionHost() = 0;
-    /** A render, a job or an open holds the effect and the GL context: presets wait. */
+    /** An export, a job or an open holds the document: a preset click is dropped. */
     virtual bool presetsMustWait() const = 0;
+    /** A preview render holds the effect's images: a clicked preset waits for it to end, then
+        applies, and the render of the new settings follows. */
+    virtual bool previewRendering() const = 0;
     virtual bool hasDocument() const = 0;
     virtual GenericAppDocument* getDocument() const = 0;
     virtual Layer* getEffectLayer() const = 0;
@@ -54,7 +57,7 @@ public:
     bool hasSourceImage() override;
 
     /** Reads the preset and applies it to the effect with one history record; false (and no
-        change) when busy or when the file has nothing to apply. */
+        change) when busy (a preview render included) or when the file has nothing to apply. */
     bool applyPresetFile(const juce::File& file);
     /** Saves under name, asking "Replace Preset?" first when a preset of that name exists. True
         when written now; false when it failed or the question is showing. */
@@ -86,6 +89,7 @@ public:
 
 private:
     void timerCallback(int timerID) override;
+    /** Dropping or waiting: nothing may touch the effect or the GL context now. */
     bool busy() const;
 
     PresetActionsCallback& component;

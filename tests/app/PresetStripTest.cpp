@@ -1,6 +1,6 @@
 // The preset strip inside the main component: the built-ins installed and listed at start, a
 // click applied once through the history (two quick clicks apply only the last, a click during a
-// render is dropped), saving with the replace question, and the preview renderer with its
+// render waits for it), saving with the replace question, and the preview renderer with its
 // switch on, stopped before the document changes.
 
 #include "app/PresetActions.h"
@@ -60,11 +60,15 @@ TEST_F(PresetStrip, TwoQuickClicksApplyOnlyTheLastAsOneStep)
     component->undoStep();
     EXPECT_EQ(shown(), before) << "one step back is the state before both clicks";
 
-    // A click while a render runs is dropped, not queued.
+    // A click while a preview renders waits for the render and then applies, as one step.
     component->layerNeedsRender(false, nullptr);
     ASSERT_NE(currentRenderThread, nullptr);
     actions().presetClicked(preset("13 Long Lines").getFullPathName());
+    EXPECT_EQ(shown(), before);
     letClicksApply();
+    settle(200);
+    EXPECT_EQ(shown(), valuesOf(preset("13 Long Lines")));
+    component->undoStep();
     EXPECT_EQ(shown(), before);
 }
 
