@@ -5,6 +5,7 @@
 // (which features exist, which sizes apply) through the virtual operations below.
 
 #include "app/GenericAppDocument.h"
+#include "app/HostSession.h"
 #include "app/MainTopBar.h"
 #include "app/PresetActions.h"
 #include "app/PreviewRenderer.h"
@@ -49,6 +50,7 @@ class GenericAppComponent : public juce::ImageComponent,
                             public PreviewRendererCallback,
                             public MainTopBarCallback,
                             public PresetActionsCallback,
+                            public HostSessionCallback,
                             private juce::MultiTimer
 {
 public:
@@ -117,7 +119,7 @@ public:
     /** Renders the whole stack at the source picture's size behind the activity panel and gives
         the result (null if the render failed). The view and the layers are at preview size again
         afterwards. */
-    SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message);
+    SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message) override;
 
     /** Runs proceed at once when the document has no unsaved change; otherwise asks "Save
         Project?" with Save, Don't Save and Cancel, and runs proceed after the save or at once on
@@ -153,7 +155,7 @@ public:
 
     virtual juce::String getWindowTitle();
 
-    bool isHostKind(int kind) const;
+    bool isHostKind(int kind) const override;
     bool hasStarted() const { return started; }
 
     // Rendering. Preview renders run on the PreviewRenderer's thread; the full-size render of a
@@ -217,10 +219,10 @@ public:
     juce::Rectangle<int> getLastCrop() const { return cropRect; }
 
     /** Re-reads every control from the effect (after undo, randomize or a restore). */
-    void updateControls();
+    void updateControls() override;
 
     /** Shows a short message over the window, for failures the user should know about. */
-    void showAlert(const juce::String& name, const juce::String& title, const juce::String& message);
+    void showAlert(const juce::String& name, const juce::String& title, const juce::String& message) override;
     /** The program's name, version and a line on what it does. */
     void showAboutAlert() override;
 
@@ -291,8 +293,6 @@ public:
     HostSession* getHostSession() const { return hostSession.get(); }
 
 protected:
-    // Opens the host's picture as a document, as loadImageFile does for a file.
-    friend class HostSession;
     virtual bool loadImageFile(const juce::File& file, bool showDelay);
     /** Drops the shown document for a picture that was read whole from file (a photo or a
         project): the settings name the file and the new document counts as saved. */
@@ -303,6 +303,10 @@ protected:
     void startProjectSave(const juce::File& file, std::function<void()> afterSave);
     juce::Component& topBarHost() override { return *this; }
     juce::Component& presetQuestionHost() override { return *this; }
+    int handOverHostKind() const override { return hostKind; }
+    const SxImageRgbaBytes* openHostPicture(const SxRef<SxImageRgbaBytes>& picture, const juce::File& titleFile) override;
+    void hostPictureReady() override;
+    juce::Component& hostQuestionHost() override { return *this; }
     bool presetsMustWait() const override { return renderingFullImage || jobRunning || loadingDocument; }
     bool previewRendering() const override { return previewRenderer->isRendering(); }
     void presetApplied() override

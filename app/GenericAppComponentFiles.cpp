@@ -132,6 +132,27 @@ void GenericAppComponent::startNewDocument(const SxRef<SxImageRgbaBytes>& image,
     imagePath = file.getFullPathName();
 }
 
+const SxImageRgbaBytes* GenericAppComponent::openHostPicture(const SxRef<SxImageRgbaBytes>& picture, const juce::File& titleFile)
+{
+    startNewDocument(picture, titleFile);
+    projectFile = juce::File();
+    metadata.clear();
+    resolutionX = resolutionY = 72.0f;
+    sourceHadAlpha = false;
+    if (!ImageStream::writeFile(*originalImage, originalBeforeEditFile()))
+        juce::Logger::writeToLog("Cannot write " + originalBeforeEditFile().getFullPathName());
+    newImageLoaded();
+    return previewImage.get();
+}
+
+void GenericAppComponent::hostPictureReady()
+{
+    if (auto* window = dynamic_cast<juce::DocumentWindow*>(getTopLevelComponent()))
+        window->setName(getWindowTitle());
+    loadingDocument = false;
+    layerNeedsRender(true, nullptr);
+}
+
 bool GenericAppComponent::loadImageFile(const juce::File& file, bool)
 {
     // Decode before dropping the current picture, so a file that fails leaves the document shown.

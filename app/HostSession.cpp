@@ -1,10 +1,8 @@
 #include "app/HostSession.h"
 
-#include "app/GenericAppComponent.h"
 #include "app/ParentProcess.h"
 #include "document/Layer.h"
 #include "effect/TornvaleEffect.h"
-#include "imaging/ImageStream.h"
 #include "ui/SxAlertComponent.h"
 
 #include <cstdio>
@@ -18,7 +16,7 @@ void log(const juce::String& text)
 }
 } // namespace
 
-HostSession::HostSession(GenericAppComponent& owner) : component(owner) {}
+HostSession::HostSession(HostSessionCallback& owner) : component(owner) {}
 
 bool HostSession::handsOverFiles(int hostKind)
 {
@@ -62,7 +60,7 @@ void HostSession::findHandOverFiles()
 
 void HostSession::readHandOverHeader()
 {
-    if (!handsOverFiles(component.hostKind))
+    if (!handsOverFiles(component.handOverHostKind()))
         return;
     if (!paths.flag.existsAsFile())
         endForMissingFile(paths.flag);
@@ -98,29 +96,18 @@ bool HostSession::readHandOverImage(const juce::File& file, bool headerOnly)
 
     // The document is the host's picture under its own title; it is never a file of ours.
     const auto titleFile = juce::File::getCurrentWorkingDirectory().getChildFile(hostTitle.isNotEmpty() ? hostTitle : "Photo");
-    component.startNewDocument(handedOver.toPicture(), titleFile);
-    component.projectFile = juce::File();
-    component.metadata.clear();
-    component.resolutionX = component.resolutionY = 72.0f;
-    component.sourceHadAlpha = false;
-    if (!ImageStream::writeFile(*component.originalImage, component.originalBeforeEditFile()))
-        log("Cannot write " + component.originalBeforeEditFile().getFullPathName());
-
     selectiveMask = handedOver.toSelectionMask();
-    component.newImageLoaded();
-    if (selectiveMask.get() != nullptr)
+    const auto* preview = component.openHostPicture(handedOver.toPicture(), titleFile);
+    if (selectiveMask.get() != nullptr && preview != nullptr)
     {
         previewMask = SxRef<SxImageAlphaByte>::adopt(new SxImageAlphaByte(*selectiveMask));
-        previewMask->resample(component.previewImage->width, component.previewImage->height);
+        previewMask->resample(preview->width, preview->height);
     }
     if (auto* effect = component.getEffectLayer(); effect != nullptr && applyHandOverSettings(*effect))
         component.updateControls();
 
     active = true;
-    if (auto* window = dynamic_cast<juce::DocumentWindow*>(component.getTopLevelComponent()))
-        window->setName(component.getWindowTitle());
-    component.loadingDocument = false;
-    component.layerNeedsRender(true, nullptr);
+    component.hostPictureReady();
     return true;
 }
 
@@ -178,7 +165,7 @@ bool HostSession::mayQuit()
 {
     if (!active)
         return true;
-    auto* question = SxAlertComponent::ask(component, "pluginQuitAlert", "Quit or Apply?",
+    auto* question = SxAlertComponent::ask(component.hostQuestionHost(), "pluginQuitAlert", "Quit or Apply?",
                                            "Plugin is active, would you like to Quit or Apply?", { "Apply", "Quit" });
     question->getAnswerButton(0)->setName("pluginQuitAlertApplyButton");
     question->getAnswerButton(1)->setName("pluginQuitAlertQuitButton");

@@ -9,13 +9,40 @@
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
-class GenericAppComponent;
 class Layer;
+
+/** What a host session asks of the window that shows the host's picture; the session knows
+    nothing else of it. */
+class HostSessionCallback
+{
+public:
+    virtual ~HostSessionCallback() = default;
+    /** The kind of process that started the program (see ParentProcess). */
+    virtual int handOverHostKind() const = 0;
+    /** Whether that process is of kind, or of a group of kinds (1: any plug-in host). */
+    virtual bool isHostKind(int kind) const = 0;
+    /** Opens picture as the document under titleFile's name, as a picture of no file of ours:
+        no project, no metadata, 72 ppi, no alpha of its own. Returns the preview picture. */
+    virtual const SxImageRgbaBytes* openHostPicture(const SxRef<SxImageRgbaBytes>& picture, const juce::File& titleFile) = 0;
+    /** The host's picture is open with its selection and settings: the window takes its title
+        and the first render starts. */
+    virtual void hostPictureReady() = 0;
+    virtual Layer* getEffectLayer() const = 0;
+    /** The controls show the effect's present values. */
+    virtual void updateControls() = 0;
+    /** The stack at full size, behind the activity panel; null when it failed. */
+    virtual SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message) = 0;
+    virtual void showAlert(const juce::String& name, const juce::String& title, const juce::String& message) = 0;
+    /** "Apply to Photo", as the save button does it. */
+    virtual void saveImage() = 0;
+    /** Where the "Quit or Apply?" question shows. */
+    virtual juce::Component& hostQuestionHost() = 0;
+};
 
 class HostSession
 {
 public:
-    explicit HostSession(GenericAppComponent& owner);
+    explicit HostSession(HostSessionCallback& owner);
 
     /** Hosts that hand the picture over through the files; the others give a path. */
     static bool handsOverFiles(int hostKind);
@@ -61,7 +88,7 @@ public:
 private:
     [[noreturn]] static void endForMissingFile(const juce::File& file);
 
-    GenericAppComponent& component;
+    HostSessionCallback& component;
     // Relative names until findHandOverFiles places them in the home folder.
     HandOverFiles::Paths paths = HandOverFiles::pathsIn(juce::File::getCurrentWorkingDirectory());
     juce::String hostTitle;
