@@ -256,10 +256,26 @@ void GenericAppComponent::previewRenderStarting(bool showBusy)
     document->repaint();
 }
 
-void GenericAppComponent::previewRendered(SxImageRgbaBytes* picture)
+void GenericAppComponent::previewRendered(SxImageRgbaBytes* picture, bool draft)
 {
     showRenderedImage(picture);
-    juce::Logger::writeToLog("Render Complete");
+    if (picture == nullptr)
+        return;
+    if (draft)
+        ++draftCount;
+    else
+    {
+        ++renderCount;
+        juce::Logger::writeToLog("Render Complete");
+    }
+}
+
+bool GenericAppComponent::previewInputMoving()
+{
+    // A slider's thumb held down: every move asks for a render, and only drafts keep up.
+    const auto mouse = juce::Desktop::getInstance().getMainMouseSource();
+    auto* under = mouse.isDragging() ? mouse.getComponentUnderMouse() : nullptr;
+    return under != nullptr && (dynamic_cast<juce::Slider*>(under) != nullptr || under->findParentComponentOfClass<juce::Slider>() != nullptr);
 }
 
 void GenericAppComponent::previewRenderingStopped()
@@ -282,7 +298,6 @@ void GenericAppComponent::showRenderedImage(SxImageRgbaBytes* image)
         return;
     displayImage = previewImage.get() != nullptr && hostSession != nullptr ? hostSession->throughSelection(*image, *previewImage)
                                                  : SxRef<SxImageRgbaBytes>::share(image);
-    ++renderCount;
     if (!showingOriginal)
         document->setImage(displayImage.get());
 }
@@ -489,7 +504,8 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
         text << presetManager->describe();
     auto* alert = SxAlertComponent::findIn(*this);
     const juce::String alertName = alert != nullptr ? alert->getName() : juce::String("none");
-    text << "state rendering=" << (isRendering() ? 1 : 0) << " renders=" << renderCount << " zoom=" << document->getZoom()
+    text << "state rendering=" << (isRendering() ? 1 : 0) << " renders=" << renderCount << " drafts=" << draftCount
+         << " lag=" << previewRenderer->getFirstPictureLagMs() << '/' << previewRenderer->getFullPictureLagMs() << " zoom=" << document->getZoom()
          << " original=" << (showingOriginal ? 1 : 0) << " dragOver=" << (fileDragOver ? 1 : 0)
          << " brush=" << SxBrushSettings::brushSize
          << " tool=" << (getCurrentTool() != nullptr ? getCurrentTool()->getName() : juce::String("none"))

@@ -167,8 +167,10 @@ public:
     /** The Render button: a preview render of the newest state, on a thread. */
     void renderImmediate() override;
     bool isRendering() const { return previewRenderer->isRendering() || renderingFullImage; }
-    /** The number of preview renders shown since start. */
+    /** The number of full preview renders shown since start, and of drafts. */
     int getRenderCount() const { return renderCount; }
+    int getDraftCount() const { return draftCount; }
+    PreviewRenderer& getPreviewRenderer() { return *previewRenderer; }
 
     /** Press-and-hold comparison with the unfiltered picture. */
     void showOriginal(bool pressed) override;
@@ -318,7 +320,8 @@ protected:
     LayerManager* layersToPreview() override;
     SxImageRgbaBytes* previewPicture() override { return previewImage.get(); }
     void previewRenderStarting(bool showBusy) override;
-    void previewRendered(SxImageRgbaBytes* picture) override;
+    void previewRendered(SxImageRgbaBytes* picture, bool draft) override;
+    bool previewInputMoving() override;
     void previewRenderingStopped() override;
     /** Puts a render result on the screen (unless the original is being shown). */
     void showRenderedImage(SxImageRgbaBytes* image);
@@ -347,7 +350,7 @@ protected:
     bool sourceHadAlpha = false;
     bool jobRunning = false;
     bool openingProject = false;
-    int renderCount = 0;
+    int renderCount = 0, draftCount = 0;
     std::unique_ptr<juce::PropertiesFile> applicationProperties;
     std::unique_ptr<LayerManager> layerManager;
     std::unique_ptr<GenericAppDocument> document;

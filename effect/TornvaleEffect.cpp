@@ -199,6 +199,11 @@ void TornvaleEffect::deleteBrushMask()
     brushMask = paintedMask = nullptr;
 }
 
+void TornvaleEffect::setOwnMask(SxImageAlphaByte* mask)
+{
+    ownMask = SxRef<SxImageAlphaByte>::share(mask);
+}
+
 //==============================================================================
 void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
 {
@@ -277,8 +282,8 @@ void TornvaleEffect::renderLayer(LayerRenderParameters& parameters)
         effectResult->copyFrom(input);
         EffectOperations::applySaturateContrastGamma(*effectResult, settings.saturation + settings.saturation, settings.contrast, 0.0f,
                                                     luminanceWeights);
-        if (brushMask != nullptr)
-            image.compositeWithMask(*effectResult, *brushMask);
+        if (const auto* mask = maskForRender())
+            image.compositeWithMask(*effectResult, *mask);
         effectResult->release();
         effectResult = nullptr;
     }
@@ -306,8 +311,9 @@ SxImageRgbaBytes* TornvaleEffect::getRenderedImage(LayerRenderParameters& parame
             area = parameters.dirtyRect.pixelsIn(*outputImage);
         if (effectResult != nullptr)
             outputImage->copyRect(*effectResult, area, area);
-        if (brushMask != nullptr && adjustedOriginal != nullptr)
-            outputImage->compositeWithMask(*adjustedOriginal, *brushMask, area);
+        const auto* mask = maskForRender();
+        if (mask != nullptr && adjustedOriginal != nullptr)
+            outputImage->compositeWithMask(*adjustedOriginal, *mask, area);
     }
     return outputImage;
 }

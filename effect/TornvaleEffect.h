@@ -10,6 +10,7 @@
 #include "document/Layer.h"
 #include "effect/EffectParameters.h"
 #include "imaging/SxImageAlphaByte.h"
+#include "imaging/SxSmartPtr.h"
 
 #include <juce_core/juce_core.h>
 
@@ -55,6 +56,10 @@ public:
     static void loadEffectMask(const SxImageAlphaByte& painted, const SxImageRgbaBytes& image);
     static SxImageAlphaByte* getBrushMask() { return brushMask; }
     static void deleteBrushMask();
+    /** A mask of this effect alone, used instead of the brush mask (null goes back to it): a
+        draft render of a reduced copy of the picture carries the brush mask reduced alike,
+        while the brush goes on painting the full one. */
+    void setOwnMask(SxImageAlphaByte* mask);
 
     SxImageRgbaBytes* getEffectResult() const { return effectResult; }
     SxImageRgbaBytes* getAdjustedOriginal() const { return adjustedOriginal; }
@@ -82,6 +87,9 @@ public:
 
 private:
     void deleteCachedImages();
+    const SxImageAlphaByte* maskForRender() const { return ownMask.get() != nullptr ? ownMask.get() : brushMask; }
+
+    SxRef<SxImageAlphaByte> ownMask;
 
     SxImageRgbaBytes* effectResult = nullptr;
     SxImageRgbaBytes* adjustedOriginal = nullptr;

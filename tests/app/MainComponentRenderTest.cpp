@@ -203,3 +203,60 @@ TEST_F(LivePreview, StoppedRendersLeaveNoStaleCompletion)
     EXPECT_EQ(currentRenderThread, nullptr);
     juce::MessageManager::getInstance()->runDispatchLoopUntil(300);
 }
+
+TEST_F(LivePreview, QuickChangesShowADraftFirstAndEndOnTheFullPreview)
+{
+    // Drafts for this small photo: a quarter of its pixels.
+    component->getPreviewRenderer().getDraft().maxPixels = 600 * 400 / 4;
+    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    effect().setDefaults();
+    effect().invalidate(nullptr);
+    ASSERT_TRUE(waitForRenders());
+    const int renders = component->getRenderCount();
+    EXPECT_EQ(component->getDraftCount(), 0) << "a single change renders in full at once";
+    const auto before = shown();
+
+    // A hand on a control: changes a few tens of milliseconds apart. The first starts a full
+    // render; the end of it draws the newest state as a draft, then in full.
+    for (const int style : { 0, 1 })
+    {
+        effect().strokeLength = 0.8f;
+        effect().strokeStyle = style; // the second turns the strokes dark
+        effect().invalidate(nullptr);
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(40);
+    }
+    const auto end = juce::Time::getMillisecondCounter() + 120000u;
+    while (component->getDraftCount() == 0 && currentRenderThread != nullptr && juce::Time::getMillisecondCounter() < end)
+        juce::MessageManager::getInstance()->runDispatchLoopUntil(5);
+    ASSERT_EQ(component->getDraftCount(), 1);
+    const auto draft = shown();
+    ASSERT_TRUE(waitForRenders());
+    EXPECT_EQ(component->getDraftCount(), 1);
+    EXPECT_EQ(component->getRenderCount(), renders + 2);
+    const auto full = shown();
+
+    // The draft is the new look, only softer: seen at the draft's own size it is far nearer the
+    // full preview of its state than the picture before the change is.
+    ASSERT_EQ(draft->width, full->width);
+    ASSERT_EQ(draft->height, full->height);
+    auto meanDifference = [](const SxImageRgbaBytes& a, const SxImageRgbaBytes& b) {
+        SxImageRgbaBytes x(a), y(b);
+        x.resize(a.width / 2, a.height / 2, 3);
+        y.resize(b.width / 2, b.height / 2, 3);
+        double sum = 0;
+        for (size_t i = 0; i < x.byteCount(); ++i)
+            sum += std::abs((int) x.pixels[i] - (int) y.pixels[i]);
+        return sum / (double) x.byteCount();
+    };
+    const double draftToFull = meanDifference(*draft, *full), beforeToFull = meanDifference(*before, *full);
+    std::printf("mean difference to the full preview: draft %.2f, picture before the change %.2f\n", draftToFull, beforeToFull);
+    EXPECT_GT(draftToFull, 0.0);
+    EXPECT_LT(draftToFull, beforeToFull / 2);
+
+    // What stays on the screen is the full render of the last state.
+    component->getLayerManager()->markAllDirty();
+    component->renderImmediate();
+    ASSERT_TRUE(waitForRenders());
+    EXPECT_TRUE(samePixels(full.get(), component->getDocument()->getImage()));
+    EXPECT_EQ(component->getDraftCount(), 1);
+}
