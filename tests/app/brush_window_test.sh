@@ -43,7 +43,6 @@ settled() { # renders: waits until that many have finished and none runs
   local n=$1
   wait_for 120 "renders to settle" "idle && [ \"\$(state renders)\" -ge $n ]"; sleep 1.2; idle || settled "$n"
 }
-answer() { echo "$1" >"$work/answer.txt"; }
 
 # The view's picture, cropped to where the image is shown, and bands of it by image rows.
 shot() { # out
@@ -156,11 +155,11 @@ below "$value" 0.002 || fail "Invert twice is not the stroke again (RMSE $value)
 [ "$(state renders)" = "$renders" ] || fail "a mask button started a render"
 
 # Ctrl+S at full size carries the stroke, enlarged: compared with a save of the adjusted photo.
-answer "$work/out/stroke.png"; press ctrl+s
+press_answered "$work/out/stroke.png" ctrl+s
 wait_for 120 "Ctrl+S" 'test -s "$work/out/stroke.png"'; settled $(( renders + 1 ))
 [ "$(identify -format '%w %h' "$work/out/stroke.png")" = "1800 1200" ] || fail "the save is not at full size"
 click clearButton2; sleep 0.5
-answer "$work/out/adjusted.png"; press ctrl+s
+press_answered "$work/out/adjusted.png" ctrl+s
 wait_for 120 "Ctrl+S" 'test -s "$work/out/adjusted.png"'; settled $(( renders + 2 ))
 under=$(band_rmse "$work/out/stroke.png" "$work/out/adjusted.png" 0.32 0.49 0.68 0.51)
 away=$(band_rmse "$work/out/stroke.png" "$work/out/adjusted.png" 0 0.1 1 0.35)
@@ -179,7 +178,7 @@ say "under the restoring stroke against the photo: RMSE $value"
 below "$value" 0.05 && fail "B did not bring the art back under its stroke (RMSE $value)"
 
 # A new photo starts with nothing painted.
-answer "$samples/chelsea.png"; press ctrl+o
+press_answered "$samples/chelsea.png" ctrl+o
 wait_for 60 "Ctrl+O" '[ "$(xdotool getwindowname "$wid")" = "Tornvale Art - chelsea.png" ]'
 settled 1
 [ "$(state maskedPixels)" = 0 ] || fail "the new photo starts with $(state maskedPixels) masked pixels"

@@ -139,8 +139,7 @@ rm -f "$work/answer.txt"
 say "no photo: save, undo, zoom off; Get Photo... on"
 
 # 2. Ctrl+O opens the photo.
-answer "$samples/coffee.png"
-press ctrl+o
+press_answered "$samples/coffee.png" ctrl+o
 wait_for 30 "Ctrl+O" 'test "$(state image)" = 600x400'
 settled 1
 [ "$(enabled 8193)" = 1 ] || fail "Save Photo... is off with a photo open"
@@ -164,8 +163,7 @@ say "Ctrl+Z / Ctrl+Shift+Z walked records $u0..$(state undo)"
 
 # 4. Ctrl+S saves the photo at full size with its resolution; without an extension it is a PNG.
 source_res=$(identify -units PixelsPerInch -format '%x' "$samples/coffee.png" | awk '{ printf "%.0f", $1 }')
-answer "$work/out/art.tif"
-press ctrl+s
+press_answered "$work/out/art.tif" ctrl+s
 wait_for 60 "Ctrl+S to TIFF" 'test -s "$work/out/art.tif"'
 wait_for 30 "the save to end" 'idle'
 read -r w h x y <<<"$(identify -units PixelsPerInch -format '%w %h %x %y' "$work/out/art.tif" | awk '{ printf "%d %d %.0f %.0f", $1, $2, $3, $4 }')"
@@ -181,8 +179,7 @@ shot "$work/now.png"
 value=$(rmse "$work/saved.png" "$work/now.png")
 say "saved picture against the view: RMSE $value"
 below "$value" 0.04 || fail "the saved picture is not what the view shows (RMSE $value)"
-answer "$work/out/plain"
-press ctrl+s
+press_answered "$work/out/plain" ctrl+s
 wait_for 60 "Ctrl+S without an extension" 'test -s "$work/out/plain.png"'
 [ -e "$work/out/plain" ] && fail "a file without an extension was written"
 [ "$(identify -format '%m %w %h' "$work/out/plain.png")" = "PNG 600 400" ] || fail "plain.png is not a 600 x 400 PNG"

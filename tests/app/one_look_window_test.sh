@@ -31,6 +31,8 @@ menu_keys() { # menu-x-offset keys...
   xdotool click 1
   sleep 0.6
   for key in "$@"; do xdotool key "$key"; sleep 0.1; done
+  # The menu holds the keyboard until it has closed: the next key waits for that.
+  wait_state modal 0 30 || fail "the menu did not close"
 }
 same() { [ "$(compare -metric AE "$1" "$2" null: 2>&1)" = 0 ]; }
 
@@ -56,8 +58,7 @@ say "copied: $(cat "$work/command.txt")"
 [ "$(grep -o -- '--set [a-zA-Z]*=' "$work/command.txt" | wc -l)" = 11 ] || fail "the command does not set all eleven parameters"
 
 # Save Photo at full size.
-echo "$work/out/window.png" >"$work/answer.txt"
-press ctrl+s
+press_answered "$work/out/window.png" ctrl+s
 wait_for 300 "Save Photo" 'test -s "$work/out/window.png" && idle'
 press ctrl+q
 wait "$pid" 2>/dev/null; pid=""

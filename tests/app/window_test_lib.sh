@@ -103,6 +103,29 @@ pressed_or_again() { # label command-that-points-again...
   done
 }
 
+# A shortcut that opens a file dialog answered through TORNVALE_CHOOSER_FILE: the program takes
+# the answer the moment the dialog would open. A key that never reached the program (sent as a
+# closing menu still held the keyboard) leaves the answer unread while the program writes its map
+# four times: the key is sent once more, with a line that says so. A program busy on its message
+# thread writes no map and reads the key when it gets there.
+press_answered() { # answer-path keys...
+  echo "$1" >"$TORNVALE_CHOOSER_FILE"; shift
+  press "$@"
+  local writes=0 last now end=$(( $(date +%s) + 180 ))
+  last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
+  while [ -f "$TORNVALE_CHOOSER_FILE" ]; do
+    now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
+    [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
+    if [ $writes -ge 4 ]; then
+      echo "${test_name:-window test}: the key $* never reached the program; pressing again" >&2
+      press "$@"
+      return 0
+    fi
+    [ "$(date +%s)" -ge "$end" ] && return 0
+    sleep 0.2
+  done
+}
+
 # A test that ended between a press and its release (killed mid-drag) leaves that button or key
 # down, and the server then drops the next press of it. Tests start, and end, with every button
 # and modifier up and the pointer in the corner; this matters where tests share a screen (a run
