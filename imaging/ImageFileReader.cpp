@@ -111,6 +111,8 @@ DecodedImage readJpeg(const uint8_t* data, size_t size)
             image->release();
         std::free(icc);
         std::free(cmykRow);
+        if (errors.base.msg_code == JERR_OUT_OF_MEMORY)
+            return failure(ImageLimits::outOfMemory);
         return failure("not an image: " + juce::String(errors.message));
     }
 
@@ -238,6 +240,8 @@ DecodedImage readPng(const uint8_t* data, size_t size)
     {
         std::free(rgba);
         lodepng_state_cleanup(&state);
+        if (error == 83) // LodePNG's "memory allocation failed"
+            return failure(ImageLimits::outOfMemory);
         return failure(juce::String("not an image: ") + lodepng_error_text(error));
     }
 

@@ -18,6 +18,9 @@ double maximumMegapixels();
     are refused. */
 juce::String refusal(int64_t width, int64_t height);
 
+/** The reason given when memory ran out while a picture was read or rendered. */
+inline const char* const outOfMemory = "out of memory: the picture needs more memory than is free";
+
 constexpr double defaultResolution = 72.0;
 
 /** A resolution in pixels per inch as given, or the default when it is outside 1 to 100,000. */

@@ -335,7 +335,7 @@ int RenderJob::run(juce::OutputStream& log)
         catch (const std::bad_alloc&)
         {
             // One picture too big for this machine must not cost the rest of the batch.
-            outcome.reason = "out of memory: the picture needs more memory than is free";
+            outcome.reason = ImageLimits::outOfMemory;
         }
         const auto seconds = (juce::Time::getMillisecondCounterHiRes() - started) / 1000.0;
         if (outcome.ok)

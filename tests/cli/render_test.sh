@@ -71,6 +71,15 @@ check "a refused picture in a batch: status 1" test "$status" -eq 1
 check "the refused picture is named" grep -q "huge.png: too large: 16384 x 16384" "$work/log4"
 check "the pictures around it are written" test "$(ls "$work/batch" | wc -l)" -eq 2
 
+# A real picture under the megapixel limit that this process has no memory for (48 MP under an
+# address-space limit of 1.2 GB; the small photos need about 0.7 GB with the renderer loaded).
+convert -size 8000x6000 xc:gray50 "$work/roomy.png"
+mkdir "$work/oom"
+(ulimit -v 1200000; "$render" -o "$work/oom" "$work/coffee.png" "$work/roomy.png" "$work/chelsea.png" 2>"$work/log6"); status=$?
+check "out of memory in a batch: status 1" test "$status" -eq 1
+check "the picture without memory is named" grep -q "roomy.png: out of memory" "$work/log6"
+check "the pictures around it are written" test "$(ls "$work/oom" | wc -l)" -eq 2
+
 # A folder with a file whose name is not UTF-8 (an overlong form, which JUCE's strings overflow
 # on): that file is left out with a line, the folder's other picture is written.
 mkdir "$work/names" "$work/names-out"
