@@ -521,9 +521,16 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
     const auto focusName = focused == nullptr ? juce::String("none")
                            : focused->getName().isNotEmpty() ? focused->getName() : focused->getComponentID();
     auto* peer = getPeer();
+    // A popup menu is a modal window named "menu": a script waits for it to open before it sends
+    // the menu's keys, and for it to close before the next shortcut.
+    auto& modal = *juce::ModalComponentManager::getInstance();
+    bool openMenu = false;
+    for (int i = 0; i < modal.getNumModalComponents(); ++i)
+        if (auto* c = modal.getModalComponent(i); c != nullptr && c->getName() == "menu")
+            openMenu = true;
     text << " focus=" << (focusName.isEmpty() ? juce::String("unnamed") : focusName.replaceCharacter(' ', '_'))
          << " windowFocused=" << (peer != nullptr && peer->isFocused() ? 1 : 0)
-         << " modal=" << juce::ModalComponentManager::getInstance()->getNumModalComponents()
+         << " modal=" << modal.getNumModalComponents() << " menu=" << (openMenu ? 1 : 0)
          << (inputTrace != nullptr ? inputTrace->describe() : juce::String())
          << (heartbeat != nullptr ? heartbeat->describe() : juce::String()) << '\n';
     text << ComponentMap::describeCommands(*this, AppCommands::allCommands());

@@ -121,9 +121,25 @@ press_answered() { # answer-path keys...
       press "$@"
       return 0
     fi
-    [ "$(date +%s)" -ge "$end" ] && return 0
+    if [ "$(date +%s)" -ge "$end" ]; then
+      echo "${test_name:-window test}: the answer to $* stayed unread for 180 s, the map written $writes times" >&2
+      return 0
+    fi
     sleep 0.2
   done
+}
+
+# What a failing test prints about the program: its state line, how old the map is, where the X
+# focus sits and, when the program still runs, where each of its threads waits.
+report_program() {
+  grep '^state' "$work/map.txt" 2>/dev/null
+  [ -f "$work/map.txt" ] && echo "--- map written $(( $(date +%s) - $(stat -c %Y "$work/map.txt") )) s ago"
+  echo "--- X: focus on $(xdotool getwindowfocus 2>/dev/null) (the program's window: ${wid:-none})"
+  echo "--- program log"; tail -20 "$work/app.log" 2>/dev/null
+  if [ -n "${pid:-}" ] && kill -0 "$pid" 2>/dev/null && command -v gdb >/dev/null; then
+    echo "--- threads"
+    timeout 60 gdb -p "$pid" -batch -ex "thread apply all bt 12" 2>/dev/null | grep '^#\|^Thread' | head -120
+  fi
 }
 
 # A test that ended between a press and its release (killed mid-drag) leaves that button or key
