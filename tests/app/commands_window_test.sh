@@ -13,6 +13,7 @@
 # Usage: commands_window_test.sh <tornvale executable> <samples folder>
 # Exits 77 (skipped) without a display.
 set -uo pipefail
+test_name=commands_window_test
 . "$(dirname "$0")/window_test_lib.sh"
 
 app=$(realpath "$1")
@@ -95,13 +96,9 @@ shot() { # out: a 32 x 32 thumbnail of the picture shown
 answer() { echo "$1" >"$work/answer.txt"; }
 # Opens a menu of the menu bar by a click and picks its nth command with the arrow keys.
 menu_pick() { # menu-x-offset downs
-  local line; line=$(where menuBar); [ -n "$line" ] || fail "no menu bar"
-  read -r _ mx my mw mh <<<"$line"
-  xdotool mousemove --sync $(( mx + $1 )) $(( my + mh / 2 ))
-  xdotool click 1
-  sleep 0.6
-  for _ in $(seq 1 "$2"); do xdotool key Down; sleep 0.1; done
-  xdotool key Return
+  local downs=() i
+  for i in $(seq 1 "$2"); do downs+=(Down); done
+  menu_keys "$1" "${downs[@]}" Return
 }
 start() { # [file]
   "$app" "$@" >>"$work/app.log" 2>&1 &

@@ -129,6 +129,42 @@ press_answered() { # answer-path keys...
   done
 }
 
+# True once the menu has closed; false when the program wrote its map six times with the menu
+# still open (a program busy on its message thread writes none, and is waited for).
+menu_closed() {
+  local writes=0 last now end=$(( $(date +%s) + 120 ))
+  last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
+  while [ "$(state menu)" != 0 ]; do
+    now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
+    [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
+    [ $writes -ge 6 ] || [ "$(date +%s)" -ge "$end" ] && return 1
+    sleep 0.2
+  done
+}
+# Opens a menu of the menu bar by a click and picks an item with the given keys. Keys reach the
+# menu only once it is open (the map's menu=1): sent earlier they go to the window. A menu that
+# stays open after its keys lost them: it is closed with Esc and opened again, with a line.
+menu_keys() { # menu-x-offset keys...
+  local line; line=$(where menuBar); [ -n "$line" ] || fail "no menu bar"
+  read -r _ mx my mw mh <<<"$line"
+  local shift_x=$1 attempt; shift
+  for attempt in 1 2 3; do
+    focus
+    xdotool mousemove --sync $(( mx + shift_x )) $(( my + mh / 2 ))
+    xdotool click 1
+    if wait_state menu 1 20; then
+      for key in "$@"; do xdotool key "$key"; sleep 0.1; done
+      menu_closed && { wait_state modal 0 60 || fail "a window stayed modal after the menu"; return 0; }
+      echo "${test_name:-window test}: the menu kept its keys; closing it and trying again" >&2
+      xdotool key Escape
+      wait_state menu 0 10 || fail "the menu did not close"
+    else
+      echo "${test_name:-window test}: no menu opened; clicking again" >&2
+    fi
+  done
+  fail "the menu did not take its keys in three tries"
+}
+
 # What a failing test prints about the program: its state line, how old the map is, where the X
 # focus sits and, when the program still runs, where each of its threads waits.
 report_program() {
