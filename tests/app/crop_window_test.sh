@@ -117,8 +117,7 @@ press ctrl+z; sleep 1
 say "Ctrl+Z: the picture stays $cut"
 
 # 4. Ctrl+S saves the cut at full size.
-echo "$work/out/cut.png" >"$work/answer.txt"
-press ctrl+s
+press_answered "$work/out/cut.png" ctrl+s
 wait_for 120 "Ctrl+S" 'test -s "$work/out/cut.png"'
 wait_for 60 "the save to end" 'idle'
 saved=$(identify -format '%wx%h' "$work/out/cut.png")
