@@ -50,17 +50,10 @@ release_input
 
 fail() {
   echo "commands_window_test: FAIL: $*"
-  echo "--- component map"; grep -v '^param\|^command' "$work/map.txt" 2>/dev/null | grep -v '^Sx\|Slider\|Segment' | head -40
-  grep '^state\|^command' "$work/map.txt" 2>/dev/null
-  echo "--- program log"; tail -30 "$work/app.log" 2>/dev/null
-  echo "--- X: focus on $(xdotool getwindowfocus 2>/dev/null) (the program's window: ${wid:-none}), pointer $(xdotool getmouselocation 2>/dev/null)"
-  [ -f "$work/map.txt" ] && echo "--- map written $(( $(date +%s) - $(stat -c %Y "$work/map.txt") )) s ago"
+  echo "--- component map"; grep -v '^param\|^command\|^state' "$work/map.txt" 2>/dev/null | grep -v '^Sx\|Slider\|Segment' | head -40
+  grep '^command' "$work/map.txt" 2>/dev/null
   [ -s "$work/trace.txt" ] && { echo "--- states seen while waiting"; tail -20 "$work/trace.txt"; }
-  # A program that stopped answering says where it waits.
-  if [ -n "$pid" ] && kill -0 "$pid" 2>/dev/null && command -v gdb >/dev/null; then
-    echo "--- threads"
-    timeout 60 gdb -p "$pid" -batch -ex "thread apply all bt 12" 2>/dev/null | grep '^#\|^Thread' | head -120
-  fi
+  report_program
   exit 1
 }
 say() { echo "commands_window_test: $*"; }

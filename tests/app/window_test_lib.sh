@@ -87,60 +87,47 @@ pressed_or_again() { # label command-that-points-again...
   local before; before=$(state presses 2>/dev/null)
   xdotool click 1
   [ -n "$before" ] || return 0
-  local writes=0 last now end=$(( $(date +%s) + 180 ))
+  unchanged_over_map_writes 4 180 "[ \"\$(state presses)\" = '$before' ]"
+  [ $? = 1 ] || return 0
+  echo "${test_name:-window test}: the press on $label never reached the program; pressing again" >&2
+  xdotool mouseup 1 >/dev/null 2>&1 || true
+  "$@"; xdotool click 1
+}
+
+# Waits while a condition (a string, evaluated afresh) holds: true once it no longer does, 1 once
+# the program has written its map N times with it still holding, 2 after LIMIT seconds. A
+# program busy on its message thread writes no map, so a slow program is waited for, and only one
+# that goes on answering without acting counts as having missed an input.
+unchanged_over_map_writes() { # N limit-seconds condition...
+  local n=$1 limit=$2; shift 2
+  local writes=0 last now end=$(( $(date +%s) + limit ))
   last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
-  while [ "$(state presses 2>/dev/null)" = "$before" ]; do
+  while eval "$*" 2>/dev/null; do
     now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
     [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
-    if [ $writes -ge 4 ]; then
-      echo "${test_name:-window test}: the press on $label never reached the program; pressing again" >&2
-      xdotool mouseup 1 >/dev/null 2>&1 || true
-      "$@"; xdotool click 1
-      return 0
-    fi
-    [ "$(date +%s)" -ge "$end" ] && return 0
+    [ $writes -ge "$n" ] && return 1
+    [ "$(date +%s)" -ge "$end" ] && return 2
     sleep 0.2
   done
 }
 
 # A shortcut that opens a file dialog answered through TORNVALE_CHOOSER_FILE: the program takes
-# the answer the moment the dialog would open. A key that never reached the program (sent as a
-# closing menu still held the keyboard) leaves the answer unread while the program writes its map
-# four times: the key is sent once more, with a line that says so. A program busy on its message
-# thread writes no map and reads the key when it gets there.
+# the answer the moment the dialog would open. Under load a key now and then never reaches the
+# program: the answer then stays unread while the program writes its map four times, and the key
+# is sent once more, with a line that says so.
 press_answered() { # answer-path keys...
   echo "$1" >"$TORNVALE_CHOOSER_FILE"; shift
   press "$@"
-  local writes=0 last now end=$(( $(date +%s) + 180 ))
-  last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
-  while [ -f "$TORNVALE_CHOOSER_FILE" ]; do
-    now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
-    [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
-    if [ $writes -ge 4 ]; then
-      echo "${test_name:-window test}: the key $* never reached the program; pressing again" >&2
-      press "$@"
-      return 0
-    fi
-    if [ "$(date +%s)" -ge "$end" ]; then
-      echo "${test_name:-window test}: the answer to $* stayed unread for 180 s, the map written $writes times" >&2
-      return 0
-    fi
-    sleep 0.2
-  done
+  unchanged_over_map_writes 4 180 '[ -f "$TORNVALE_CHOOSER_FILE" ]'
+  case $? in
+    1) echo "${test_name:-window test}: the key $* never reached the program; pressing again" >&2
+       press "$@" ;;
+    2) echo "${test_name:-window test}: the answer to $* stayed unread for 180 s" >&2 ;;
+  esac
 }
 
-# True once the menu has closed; false when the program wrote its map six times with the menu
-# still open (a program busy on its message thread writes none, and is waited for).
-menu_closed() {
-  local writes=0 last now end=$(( $(date +%s) + 120 ))
-  last=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
-  while [ "$(state menu)" != 0 ]; do
-    now=$(stat -c %.9Y "$work/map.txt" 2>/dev/null)
-    [ "$now" != "$last" ] && { writes=$((writes + 1)); last=$now; }
-    [ $writes -ge 6 ] || [ "$(date +%s)" -ge "$end" ] && return 1
-    sleep 0.2
-  done
-}
+# True once the menu has closed; false when the program wrote its map six times with it open.
+menu_closed() { unchanged_over_map_writes 6 120 '[ "$(state menu)" != 0 ]'; }
 # Opens a menu of the menu bar by a click and picks an item with the given keys. Keys reach the
 # menu only once it is open (the map's menu=1): sent earlier they go to the window. A menu that
 # stays open after its keys lost them: it is closed with Esc and opened again, with a line.
