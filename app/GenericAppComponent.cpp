@@ -34,6 +34,7 @@ GenericAppComponent::GenericAppComponent()
     setName("mainComponent");
     mainAppComponent = this;
     previewRenderer = std::make_unique<PreviewRenderer>(*this);
+    session = std::make_unique<DocumentSession>(*this);
 }
 
 GenericAppComponent::~GenericAppComponent()
@@ -44,10 +45,7 @@ GenericAppComponent::~GenericAppComponent()
     stopTimer(closePanelTimer);
     stopTimer(componentMapTimer);
     stopTimer(topBarRepaintTimer);
-    stopTimer(saveProjectTimer);
-    stopTimer(defaultsSavedTimer);
     stopTimer(handOverTimer);
-    fileChooser.reset();
     setApplicationCommandManagerToWatch(nullptr);
     commandManager.setFirstCommandTarget(nullptr);
     if (toolSwitcher != nullptr)
@@ -65,6 +63,8 @@ GenericAppComponent::~GenericAppComponent()
     toolSwitcher.reset();
     document.reset();
     layerManager.reset();
+    // The pictures go last: the view and the layers pointed at them.
+    session.reset();
     if (applicationProperties != nullptr)
         applicationProperties->saveIfNeeded();
     if (mainAppComponent == this)
@@ -242,7 +242,7 @@ LayerManager* GenericAppComponent::layersToPreview()
 {
     // A job behind the activity panel holds the GL context and the layers; it puts the preview
     // back in step when it ends.
-    if (previewImage.get() == nullptr || loadingDocument || jobRunning)
+    if (session->getPreviewImage() == nullptr || session->isLoading() || session->isJobRunning())
         return nullptr;
     return layerManager.get();
 }
@@ -296,8 +296,9 @@ void GenericAppComponent::showRenderedImage(SxImageRgbaBytes* image)
 {
     if (image == nullptr)
         return;
-    displayImage = previewImage.get() != nullptr && hostSession != nullptr ? hostSession->throughSelection(*image, *previewImage)
-                                                 : SxRef<SxImageRgbaBytes>::share(image);
+    auto* preview = session->getPreviewImage();
+    displayImage = preview != nullptr && hostSession != nullptr ? hostSession->throughSelection(*image, *preview)
+                                                                : SxRef<SxImageRgbaBytes>::share(image);
     if (!showingOriginal)
         document->setImage(displayImage.get());
 }
@@ -307,9 +308,9 @@ void GenericAppComponent::showOriginal(bool pressed)
     if (pressed == showingOriginal)
         return;
     showingOriginal = pressed;
-    if (previewImage.get() == nullptr)
+    if (getPreviewImage() == nullptr)
         return;
-    document->setImage(pressed || displayImage.get() == nullptr ? previewImage.get() : displayImage.get());
+    document->setImage(pressed || displayImage.get() == nullptr ? getPreviewImage() : displayImage.get());
 }
 
 void GenericAppComponent::updateControls()
@@ -333,7 +334,7 @@ void GenericAppComponent::setCurrentTool(SxTool* tool)
 void GenericAppComponent::repaintImageRect(const LayerRect& rect)
 {
     // A render under way or due will show the painting: the layers' kept images are not ready.
-    if (!hasDocument() || jobRunning || previewRenderer->isRendering() || layerManager == nullptr)
+    if (!hasDocument() || isJobRunning() || previewRenderer->isRendering() || layerManager == nullptr)
         return;
     auto* shown = layerManager->recompose(rect);
     if (shown == nullptr || showingOriginal)
@@ -418,20 +419,6 @@ void GenericAppComponent::timerCallback(int timerID)
             if (topBar != nullptr)
                 topBar->repaint();
             break;
-        case saveProjectTimer:
-            if (saveProjectTo(saveDestination) && afterProjectSave)
-            {
-                auto after = std::move(afterProjectSave);
-                afterProjectSave = nullptr;
-                after();
-            }
-            afterProjectSave = nullptr;
-            break;
-        case defaultsSavedTimer:
-            showAlert("defaultSettingsAlert", "Default Settings",
-                      "Your current layers and effects have been saved as a default setting. The next time you open an "
-                      "image these settings will be applied automatically");
-            break;
         case handOverTimer:
             hostSession->readHandOverImage(hostSession->getPaths().image, false);
             break;
@@ -472,9 +459,9 @@ void GenericAppComponent::filesDropped(const juce::StringArray& files, int, int)
         return;
     const juce::File file(files[0]);
     if (file.hasFileExtension(getProjectExtension()))
-        openProject(file);
+        session->openProject(file);
     else
-        openImage(file, false);
+        session->openImage(file);
 }
 
 void GenericAppComponent::resized()
@@ -511,11 +498,11 @@ void GenericAppComponent::writeComponentMap(const juce::File& file)
          << " tool=" << (getCurrentTool() != nullptr ? getCurrentTool()->getName() : juce::String("none"))
          << " maskedPixels=" << [] { auto* m = TornvaleEffect::getBrushMask();
                                      return m == nullptr ? 0 : (int) std::count_if(m->pixels, m->pixels + m->byteCount(), [](uint8_t b) { return b != 0; }); }()
-         << " undo=" << undo.getCurrentIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
-         << " fresh=" << (isFreshProject() ? 1 : 0) << " busy=" << (jobRunning ? 1 : 0)
+         << " undo=" << session->historyIndex() << " manual=" << (isManualRedraw() ? 1 : 0)
+         << " fresh=" << (session->isFreshProject() ? 1 : 0) << " busy=" << (isJobRunning() ? 1 : 0)
          << " alert=" << alertName
-         << " image=" << (hasDocument() ? juce::String(originalImage->width) + "x" + juce::String(originalImage->height) : juce::String("none"))
-         << " project=" << (projectFile == juce::File() ? juce::String("none") : projectFile.getFullPathName().replaceCharacter(' ', '_'));
+         << " image=" << (hasDocument() ? juce::String(session->getOriginalImage()->width) + "x" + juce::String(session->getOriginalImage()->height) : juce::String("none"))
+         << " project=" << (session->getProjectFile() == juce::File() ? juce::String("none") : session->getProjectFile().getFullPathName().replaceCharacter(' ', '_'));
     // Where keys go: a key that a script sends and nothing answers is explained by these.
     auto* focused = juce::Component::getCurrentlyFocusedComponent();
     const auto focusName = focused == nullptr ? juce::String("none")
@@ -558,7 +545,8 @@ juce::String GenericAppComponent::getWindowTitle()
 {
     const auto name = juce::JUCEApplication::getInstance() != nullptr ? juce::JUCEApplication::getInstance()->getApplicationName()
                                                                        : getApplicationDataName();
-    return currentFile == juce::File() ? name : name + " - " + currentFile.getFileName();
+    const auto& file = session->getCurrentFile();
+    return file == juce::File() ? name : name + " - " + file.getFileName();
 }
 
 bool GenericAppComponent::isHostKind(int kind) const

@@ -1,9 +1,11 @@
 #pragma once
 // The application's controller and the content of the main window: owns the settings, the
-// document view, the pictures, the layer stack and its history, and takes a picture from a file
-// to a rendered preview on the screen. The product class answers the framework's questions
+// document view, the layer stack and the rooms that work on them (the document session, the
+// preview renderer, the top bar, the panels, the preset actions, the host session), and lays
+// them out. The product class answers the framework's questions
 // (which features exist, which sizes apply) through the virtual operations below.
 
+#include "app/DocumentSession.h"
 #include "app/GenericAppDocument.h"
 #include "app/HostSession.h"
 #include "app/MainTopBar.h"
@@ -12,7 +14,6 @@
 #include "document/LayerCallback.h"
 #include "document/LayerManager.h"
 #include "document/LayerManagerCallback.h"
-#include "document/SxUndo.h"
 #include "imaging/SxImageRgbaBytes.h"
 #include "tools/SxTool.h"
 #include "ui/EaseComponentAnimator.h"
@@ -51,6 +52,7 @@ class GenericAppComponent : public juce::ImageComponent,
                             public MainTopBarCallback,
                             public PresetActionsCallback,
                             public HostSessionCallback,
+                            public DocumentSessionCallback,
                             private juce::MultiTimer
 {
 public:
@@ -64,13 +66,13 @@ public:
     virtual bool usesLayerStack() { return true; }
     virtual int getMaximumLayers() { return 10; }
     virtual bool hasPluginHost() { return false; }
-    virtual juce::Rectangle<int> getPreviewRenderSize() { return { 0, 0, 1500, 1500 }; }
+    juce::Rectangle<int> getPreviewRenderSize() override { return { 0, 0, 1500, 1500 }; }
     virtual juce::Rectangle<int> getFullRenderSize() { return { 0, 0, 2447, 2447 }; }
-    virtual juce::String getProjectExtension() { return "qhp"; }
+    juce::String getProjectExtension() override { return "qhp"; }
     virtual juce::String getApplicationDataName() = 0;
     virtual juce::String getCompanyName() = 0;
     virtual bool limitImageSize() { return false; }
-    virtual bool usesHighQualityPreview() { return false; }
+    bool usesHighQualityPreview() override { return false; }
     /** Makes the effect prototypes and registers them for the factory and the effect group. */
     virtual void createEffects() {}
 
@@ -80,55 +82,22 @@ public:
     virtual void finishInterface();
     virtual void initializeComplete();
 
-    /** Replaces the document by the picture in file, first asking whether unsaved changes should
-        be saved. True when the picture is open on return; false when it cannot be read (the
-        current document stays) or when the question is showing (the answer goes on from there). */
-    virtual bool openImage(const juce::File& file, bool showStartDelay);
-    /** As openImage, for a project file. */
-    virtual bool openProject(const juce::File& file);
-    /** Reads a project file into the document at once, with no question. False, with an alert
-        naming the file, when it is not a readable project; the open document then stays. */
-    virtual bool loadProject(const juce::File& file);
+    /** The document, its files and its history. */
+    DocumentSession& getSession() { return *session; }
+    const DocumentSession& getSession() const { return *session; }
 
-    // Dialogs of the commands; each asks for a file without blocking and goes on when answered.
-    void openImageDialog() override;
-    void openProjectDialog();
-    /** Asks where to save the photo and saves it at full size. */
+    // Dialogs and jobs of the commands that the rooms ask for; each goes on without blocking.
+    void openImageDialog() override { session->openImageDialog(); }
+    /** Asks where to save the photo, or gives it back to the host that handed it over. */
     void saveImage() override;
-    /** Puts the tornvale-render command line of the present look on the clipboard. */
-    void copyRenderCommand();
-    /** Renders at full size and writes the photo, to chosen with the photo extension rules
-        applied. False, with an alert, when it cannot be written; an older file stays whole. */
-    bool saveImageTo(const juce::File& chosen);
-    /** Saves into the project file the document came from, or asks for one (always with
-        saveAs). afterSave runs once the project has been written. */
-    void saveProject(bool saveAs, std::function<void()> afterSave = {});
-    /** Writes the project behind the activity panel and marks the document saved. */
-    bool saveProjectTo(const juce::File& file);
-    /** The writing itself; runs on the activity thread. */
-    bool saveProjectNow(const juce::File& file);
     /** Asks for a name, then saves the effect's settings as a preset of that name. */
     void savePresetDialog() override;
     /** Shows the preferences panel: the picture size limit and "Rebuild Default Presets". */
     void showPreferences();
     bool savePresetNamed(const juce::String& name) override;
-    /** The effect's present settings become what every newly opened picture starts with. */
-    void saveStartupSettings();
-    void resetStartupSettings();
-
-    /** Renders the whole stack at the source picture's size behind the activity panel and gives
-        the result (null if the render failed). The view and the layers are at preview size again
-        afterwards. */
-    SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message) override;
-
-    /** Runs proceed at once when the document has no unsaved change; otherwise asks "Save
-        Project?" with Save, Don't Save and Cancel, and runs proceed after the save or at once on
-        "Don't Save". True when proceed ran before returning. */
-    bool askAboutUnsavedChanges(const juce::String& pathToOpen, std::function<void()> proceed);
-    bool isFreshProject() const;
-    bool isJobRunning() const { return jobRunning; }
-    bool hasDocument() const override { return originalImage.get() != nullptr && previewImage.get() != nullptr; }
-    const juce::File& getProjectFile() const { return projectFile; }
+    SxRef<SxImageRgbaBytes> renderFullImage(const juce::String& message) override { return session->renderFullImage(message); }
+    bool isJobRunning() const { return session->isJobRunning(); }
+    bool hasDocument() const override { return session->hasDocument(); }
 
     // Commands and menus.
     juce::ApplicationCommandManager& getCommandManager() { return commandManager; }
@@ -144,9 +113,6 @@ public:
     virtual bool hasNewProject() { return false; }
     virtual bool hasPresetFolder() { return true; }
     virtual bool hasProductTips() { return false; }
-
-    /** Builds the preview and the layer stack of the loaded picture and shows it. */
-    virtual void newImageLoaded();
 
     /** Asked before the program ends; true lets it end. */
     virtual bool mayQuit();
@@ -166,7 +132,7 @@ public:
     void layersChanged() override {}
     /** The Render button: a preview render of the newest state, on a thread. */
     void renderImmediate() override;
-    bool isRendering() const { return previewRenderer->isRendering() || renderingFullImage; }
+    bool isRendering() const { return previewRenderer->isRendering() || session->isRenderingFull(); }
     /** The number of full preview renders shown since start, and of drafts. */
     int getRenderCount() const { return renderCount; }
     int getDraftCount() const { return draftCount; }
@@ -181,14 +147,12 @@ public:
     void randomizeEffect() override;
 
     // History.
-    void layerChanged() override;
+    void layerChanged() override { session->recordChange(); }
     void setActiveTool(SxTool* tool) override;
-    void undoStep() override;
-    void redoStep() override;
-    /** One step back or forward through the history. */
-    void stepHistory(bool forward);
-    bool canUndo() const override { return undo.canUndo(); }
-    bool canRedo() const override { return undo.canRedo(); }
+    void undoStep() override { session->stepHistory(false); }
+    void redoStep() override { session->stepHistory(true); }
+    bool canUndo() const override { return session->canUndo(); }
+    bool canRedo() const override { return session->canRedo(); }
 
     // Tools.
     /** The "Pen Gesture" setting, kept in the settings and handed to each tool made current. */
@@ -235,10 +199,9 @@ public:
 
     juce::PropertiesFile* getUserSettings() const override { return applicationProperties.get(); }
     GenericAppDocument* getDocument() const override { return document.get(); }
-    SxImageRgbaBytes* getOriginalImage() const { return originalImage.get(); }
-    SxImageRgbaBytes* getPreviewImage() const override { return previewImage.get(); }
+    SxImageRgbaBytes* getPreviewImage() const override { return session->getPreviewImage(); }
     SxImageRgbaBytes* getDisplayImage() const { return displayImage.get(); }
-    LayerManager* getLayerManager() const { return layerManager.get(); }
+    LayerManager* getLayerManager() const override { return layerManager.get(); }
     PresetManager* getPresetManager() const { return presetManager.get(); }
     PresetActions* getPresetActions() const { return presetActions.get(); }
     Layer* getEffectLayer() const override { return layerManager != nullptr ? layerManager->getEffectLayer() : nullptr; }
@@ -246,11 +209,7 @@ public:
     /** Where settings and working files live: the user's configuration folder plus the name. */
     juce::File applicationDataFolder();
     /** The full-size picture as loaded, parked on disk until the program ends. */
-    juce::File originalBeforeEditFile();
-
-    /** The preview size for a picture: the picture fitted into the preview render size, never
-        enlarged. */
-    static juce::Rectangle<int> previewRectangleFor(juce::Rectangle<int> source, juce::Rectangle<int> limit);
+    juce::File originalBeforeEditFile() override;
 
     /** Writes every named child's screen bounds, one "name x y w h" per line: scripts that drive
         the window with real input find the controls by it. */
@@ -273,14 +232,9 @@ public:
     juce::String commandLineInput;
     juce::String commandLineOutput;
 
-    juce::String imagePath;
     int hostKind = 0;
     bool quitRequested = false;
-    bool loadingDocument = false;
     bool closing = false;
-    float resolutionX = 72.0f;
-    float resolutionY = 72.0f;
-    juce::StringPairArray metadata;
 
     /** One group of effects with its name and icon; this program has one. */
     struct EffectGroup
@@ -295,21 +249,29 @@ public:
     HostSession* getHostSession() const { return hostSession.get(); }
 
 protected:
-    virtual bool loadImageFile(const juce::File& file, bool showDelay);
-    /** Drops the shown document for a picture that was read whole from file (a photo or a
-        project): the settings name the file and the new document counts as saved. */
-    void startNewDocument(const SxRef<SxImageRgbaBytes>& image, const juce::File& file);
-    /** Called with the effect layer whenever one has been made for the document (an open, a
-        restored project), before its first render. */
-    virtual void prepareEffectLayer(Layer*) {}
-    void startProjectSave(const juce::File& file, std::function<void()> afterSave);
+    void prepareEffectLayer(Layer*) override {}
+    // The document session's questions.
+    juce::Component& sessionQuestionHost() override { return *this; }
+    bool sessionMayAsk() const override { return !commandLineRender; }
+    Layer* createDocumentEffect() override;
+    LayerCallback* effectCallback() override { return this; }
+    bool stopPreviewRender() override;
+    void restartPreviewRender() override;
+    void documentNeedsRender() override { layerNeedsRender(true, nullptr); }
+    void pictureClosing() override;
+    void showEffectControls(Layer* effect) override;
+    void pictureReplaced() override;
+    void documentStateChanged() override;
     juce::Component& topBarHost() override { return *this; }
     juce::Component& presetQuestionHost() override { return *this; }
     int handOverHostKind() const override { return hostKind; }
-    const SxImageRgbaBytes* openHostPicture(const SxRef<SxImageRgbaBytes>& picture, const juce::File& titleFile) override;
-    void hostPictureReady() override;
+    const SxImageRgbaBytes* openHostPicture(const SxRef<SxImageRgbaBytes>& picture, const juce::File& titleFile) override
+    {
+        return session->openHostPicture(picture, titleFile);
+    }
+    void hostPictureReady() override { session->finishOpening(); }
     juce::Component& hostQuestionHost() override { return *this; }
-    bool presetsMustWait() const override { return renderingFullImage || jobRunning || loadingDocument; }
+    bool presetsMustWait() const override { return session->isRenderingFull() || session->isJobRunning() || session->isLoading(); }
     bool previewRendering() const override { return previewRenderer->isRendering(); }
     void presetApplied() override
     {
@@ -318,7 +280,7 @@ protected:
     }
     SxToolOwner& topBarToolOwner() override { return *this; }
     LayerManager* layersToPreview() override;
-    SxImageRgbaBytes* previewPicture() override { return previewImage.get(); }
+    SxImageRgbaBytes* previewPicture() override { return session->getPreviewImage(); }
     void previewRenderStarting(bool showBusy) override;
     void previewRendered(SxImageRgbaBytes* picture, bool draft) override;
     bool previewInputMoving() override;
@@ -333,23 +295,16 @@ protected:
     {
         openPanelTimer = 100,
         closePanelTimer = 101,
-        saveProjectTimer = 303,
-        defaultsSavedTimer = 4001,
         componentMapTimer = 9100,
         handOverTimer = 8300,
         topBarRepaintTimer = 9000
     };
 
     bool started = false;
-    bool renderingFullImage = false;
     bool showingOriginal = false;
     // A file drag is over the window: the window tests wait for it before they let go.
     bool fileDragOver = false;
     bool effectPanelOpen = true;
-    bool restoringUndo = false;
-    bool sourceHadAlpha = false;
-    bool jobRunning = false;
-    bool openingProject = false;
     int renderCount = 0, draftCount = 0;
     std::unique_ptr<juce::PropertiesFile> applicationProperties;
     std::unique_ptr<LayerManager> layerManager;
@@ -364,18 +319,10 @@ protected:
     std::unique_ptr<InputTrace> inputTrace;
     std::unique_ptr<Heartbeat> heartbeat;
     std::unique_ptr<PreviewRenderer> previewRenderer;
-    SxRef<SxImageRgbaBytes> originalImage;
-    SxRef<SxImageRgbaBytes> previewImage;
+    std::unique_ptr<DocumentSession> session;
     SxRef<SxImageRgbaBytes> displayImage;
-    SxUndo undo;
-    juce::File currentFile;
     juce::File componentMapFile;
-    juce::File projectFile;
-    juce::File saveDestination;
-    juce::File lastSavedPhoto;
-    std::function<void()> afterProjectSave;
     juce::ApplicationCommandManager commandManager;
-    std::unique_ptr<juce::FileChooser> fileChooser;
     EaseComponentAnimator panelAnimator;
     juce::String pendingPanelBounds;
     std::unique_ptr<CropController> cropController;

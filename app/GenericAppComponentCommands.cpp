@@ -1,90 +1,24 @@
-// The main component's commands: the history of the effect's states, random settings, the keys
-// and the menus, all of which hand on to the rooms that do the work.
+// The main component's commands: random settings, the keys and the menus, all of which hand on to
+// the rooms that do the work.
 #include "app/GenericAppComponent.h"
 
 #include "app/AppCommands.h"
 #include "app/DocumentKeyRoute.h"
 #include "app/MainTopBar.h"
-#include "app/RenderCommand.h"
 #include "presets/BuiltInPresets.h"
 #include "presets/PresetManager.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <unistd.h>
-
 
 //==============================================================================
-void GenericAppComponent::layerChanged()
-{
-    auto* effect = getEffectLayer();
-    if (previewImage.get() == nullptr || effect == nullptr || restoringUndo)
-        return;
-    SxPropertySet record;
-    effect->saveToDictionary(record, {});
-    record.setString("currentEffectName", effect->getName());
-    undo.push(record);
-
-    auto& settings = *applicationProperties;
-    const int count = settings.getIntValue("freshProjectUndoCount", 0);
-    settings.setValue("freshProjectUndoCount", count + 1);
-    if (count > 0)
-        settings.setValue("freshProject", false);
-    if (topBar != nullptr)
-        topBar->updateButtons();
-    commandStatusChanged();
-}
-
 void GenericAppComponent::setActiveTool(SxTool* tool)
 {
     setCurrentTool(tool);
 }
 
-namespace
-{
-void restoreRecord(GenericAppComponent& component, const SxPropertySet& record)
-{
-    auto* effect = component.getEffectLayer();
-    if (effect == nullptr || record.size() == 0)
-        return;
-    // A record of another effect than the present one leaves the present one as it is.
-    if (record.getValue("currentEffectName", effect->getName()) != effect->getName())
-        return;
-    effect->restoreFromDictionary(record, {});
-    effect->setNeedsRender(true);
-}
-} // namespace
-
-void GenericAppComponent::undoStep()
-{
-    stepHistory(false);
-}
-
-void GenericAppComponent::redoStep()
-{
-    stepHistory(true);
-}
-
-void GenericAppComponent::stepHistory(bool forward)
-{
-    if (previewImage.get() == nullptr)
-        return;
-    SxPropertySet record;
-    if (!(forward ? undo.redo(record) : undo.undo(record)))
-        return;
-    // The controls follow the restored fields without recording the restore as a change.
-    restoringUndo = true;
-    restoreRecord(*this, record);
-    updateControls();
-    restoringUndo = false;
-    if (auto* effect = getEffectLayer())
-        effect->invalidate(nullptr);
-}
-
 void GenericAppComponent::randomizeAll()
 {
     auto* effect = getEffectLayer();
-    if (effect == nullptr || previewImage.get() == nullptr)
+    if (effect == nullptr || getPreviewImage() == nullptr)
         return;
     juce::Random random;
     const int count = effectGroups.empty() ? 0 : (int) effectGroups[(size_t) currentEffectGroup].effects.size();
@@ -99,7 +33,7 @@ void GenericAppComponent::randomizeAll()
 void GenericAppComponent::randomizeEffect()
 {
     auto* effect = getEffectLayer();
-    if (effect == nullptr || previewImage.get() == nullptr)
+    if (effect == nullptr || getPreviewImage() == nullptr)
         return;
     effect->randomizeSettings();
     updateControls();
@@ -171,7 +105,7 @@ void GenericAppComponent::getCommandInfo(juce::CommandID commandID, juce::Applic
                                                                              : getApplicationDataName();
     AppCommands::describe(commandID, result, hasDocument(), hostKind, isHostKind(1), productName);
     // Nothing starts while a job runs behind the activity panel.
-    if (jobRunning)
+    if (isJobRunning())
         result.setActive(false);
     if (commandID == AppCommands::hidePanels)
         result.setTicked(!effectPanelOpen && (presetManager == nullptr || !presetManager->isOpen()));
@@ -190,14 +124,14 @@ bool GenericAppComponent::perform(const InvocationInfo& info)
 
     switch (info.commandID)
     {
-        case AppCommands::resetDefaults: resetStartupSettings(); break;
-        case AppCommands::defineDefaults: saveStartupSettings(); break;
-        case AppCommands::openProject: openProjectDialog(); break;
-        case AppCommands::saveProject: saveProject(true); break;
+        case AppCommands::resetDefaults: session->resetStartupSettings(); break;
+        case AppCommands::defineDefaults: session->saveStartupSettings(); break;
+        case AppCommands::openProject: session->openProjectDialog(); break;
+        case AppCommands::saveProject: session->saveProject(true); break;
         case AppCommands::savePreset: savePresetDialog(); break;
         case AppCommands::preferences: showPreferences(); break;
         case AppCommands::savePhoto: saveImage(); break;
-        case AppCommands::copyRenderCommand: copyRenderCommand(); break;
+        case AppCommands::copyRenderCommand: session->copyRenderCommand(); break;
         case AppCommands::undo: undoStep(); break;
         case AppCommands::redo: redoStep(); break;
         case AppCommands::getPhoto: openImageDialog(); break;

@@ -142,7 +142,7 @@ void GenericApplication::openFromCommandLine(const juce::String& text)
     // A name that cannot be opened (missing, a folder, no picture) gets the window's alert.
     const auto file = CommandLine::fileToOpen(text, juce::File::getCurrentWorkingDirectory());
     if (file != juce::File())
-        mainComponent->openImage(file, true);
+        mainComponent->getSession().openImage(file);
 }
 
 void GenericApplication::openFromSecondInstance(const juce::String& text)
@@ -152,9 +152,9 @@ void GenericApplication::openFromSecondInstance(const juce::String& text)
     const auto request = CommandLine::routeSecondInstance(text, mainComponent->getProjectExtension(),
                                                           juce::File::getCurrentWorkingDirectory());
     if (request.route == CommandLine::Route::project)
-        mainComponent->openProject(request.file);
+        mainComponent->getSession().openProject(request.file);
     else if (request.route == CommandLine::Route::image)
-        mainComponent->openImage(request.file, true);
+        mainComponent->getSession().openImage(request.file);
 }
 
 void GenericApplication::anotherInstanceStarted(const juce::String& text)

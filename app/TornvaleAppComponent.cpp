@@ -34,5 +34,5 @@ void TornvaleAppComponent::prepareEffectLayer(Layer* layer)
 {
     // The effect keeps a picture's transparency only when the picture had some.
     if (auto* effect = dynamic_cast<TornvaleEffect*>(layer))
-        effect->originalImageHadAlpha = sourceHadAlpha;
+        effect->originalImageHadAlpha = getSession().pictureHadAlpha();
 }

@@ -134,7 +134,7 @@ TEST_F(Commands, DisabledWithoutAPictureAndMenusInOrder)
     settle();
     EXPECT_TRUE(answerFile.existsAsFile()) << "a disabled Save Photo... consumed the dialog's answer";
 
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     for (auto id : ids)
         EXPECT_EQ(isDisabled(id), AppCommands::isUnavailable(id)) << id;
@@ -193,11 +193,11 @@ TEST(PhotoDestination, KnownExtensionsStayOthersGetPng)
 
 TEST_F(Commands, SavePhotoWritesTheFullSizeRenderWithResolution)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     auto shownPreview = SxRef<SxImageRgbaBytes>::adopt(component->getDocument()->getImage()->clone());
-    component->resolutionX = 300.0f;
-    component->resolutionY = 150.0f;
+    component->getSession().resolutionX = 300.0f;
+    component->getSession().resolutionY = 150.0f;
 
     // Through the command and its dialog: a name without an extension becomes a PNG.
     answerNextChooser(home.getChildFile("art"));
@@ -214,7 +214,7 @@ TEST_F(Commands, SavePhotoWritesTheFullSizeRenderWithResolution)
     EXPECT_NEAR(read.resolutionY, 150.0, 0.5);
     // The picture is this source's size rendered as the preview shows it (the preview is the
     // full picture here), and not the photo.
-    auto* original = component->getOriginalImage();
+    auto* original = component->getSession().getOriginalImage();
     EXPECT_NE(std::memcmp(read.image->pixels, original->pixels, original->byteCount()), 0);
     ASSERT_EQ(read.image->byteCount(), shownPreview->byteCount());
     long long difference = 0;
@@ -228,7 +228,7 @@ TEST_F(Commands, SavePhotoWritesTheFullSizeRenderWithResolution)
     EXPECT_EQ(again->width, shownPreview->width);
 
     // TIFF keeps four samples a pixel and the resolution.
-    ASSERT_TRUE(component->saveImageTo(home.getChildFile("art.TIF")));
+    ASSERT_TRUE(component->getSession().saveImageTo(home.getChildFile("art.TIF")));
     auto tiff = ImageFileReader::read(home.getChildFile("art.TIF"));
     ASSERT_TRUE(tiff.ok()) << tiff.error;
     EXPECT_EQ(tiff.image->width, 600);
@@ -238,7 +238,7 @@ TEST_F(Commands, SavePhotoWritesTheFullSizeRenderWithResolution)
 
 TEST_F(Commands, ProjectRoundTripRestoresEveryControlAndAsksNothing)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     auto& e = effect();
     e.strokeLength = 0.83f;
@@ -247,30 +247,30 @@ TEST_F(Commands, ProjectRoundTripRestoresEveryControlAndAsksNothing)
     e.strokeStyle = 1;
     component->layerChanged();
     component->updateControls();
-    EXPECT_FALSE(component->isFreshProject());
+    EXPECT_FALSE(component->getSession().isFreshProject());
     auto saved = effectSettings();
 
     const auto project = home.getChildFile("work").getChildFile("coffee");
     answerNextChooser(project);
-    component->saveProject(false);
+    component->getSession().saveProject(false);
     settle(400);
     const auto file = project.withFileExtension("qhp");
     ASSERT_TRUE(file.existsAsFile());
-    EXPECT_TRUE(component->isFreshProject());
-    EXPECT_EQ(component->getProjectFile(), file);
+    EXPECT_TRUE(component->getSession().isFreshProject());
+    EXPECT_EQ(component->getSession().getProjectFile(), file);
 
     // Saved, so another picture opens without a question; after changes to that one, opening
     // the project asks, and "Don't Save" goes on with the open.
-    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("chelsea.png")));
     EXPECT_EQ(question(), nullptr);
     settle();
     change(0.2f);
-    EXPECT_FALSE(component->openProject(file));
+    EXPECT_FALSE(component->getSession().openProject(file));
     ASSERT_NE(question(), nullptr);
     question()->answer(1);
     settle(100);
     EXPECT_EQ(question(), nullptr);
-    ASSERT_EQ(component->getProjectFile(), file);
+    ASSERT_EQ(component->getSession().getProjectFile(), file);
 
     // Every saved value is back, in the effect and on the panel's controls.
     const auto restored = effectSettings();
@@ -286,41 +286,41 @@ TEST_F(Commands, ProjectRoundTripRestoresEveryControlAndAsksNothing)
     EXPECT_NEAR(detail->getSlider()->getValue(), 0.61, 1e-5);
     // The picture is the project's own.
     auto coffee = ImageFileReader::read(sample("coffee.png"));
-    ASSERT_EQ(component->getOriginalImage()->byteCount(), coffee.image->byteCount());
-    EXPECT_EQ(std::memcmp(component->getOriginalImage()->pixels, coffee.image->pixels, coffee.image->byteCount()), 0);
+    ASSERT_EQ(component->getSession().getOriginalImage()->byteCount(), coffee.image->byteCount());
+    EXPECT_EQ(std::memcmp(component->getSession().getOriginalImage()->pixels, coffee.image->pixels, coffee.image->byteCount()), 0);
 
     // Freshly opened, so opening again asks nothing; the first history record is not a change.
-    EXPECT_TRUE(component->isFreshProject());
-    EXPECT_TRUE(component->openProject(file));
+    EXPECT_TRUE(component->getSession().isFreshProject());
+    EXPECT_TRUE(component->getSession().openProject(file));
     EXPECT_EQ(question(), nullptr);
     // One change makes the document unsaved, and the next open asks.
     change(0.5f);
-    EXPECT_FALSE(component->isFreshProject());
-    EXPECT_FALSE(component->openImage(sample("chelsea.png"), false));
+    EXPECT_FALSE(component->getSession().isFreshProject());
+    EXPECT_FALSE(component->getSession().openImage(sample("chelsea.png")));
     ASSERT_NE(question(), nullptr);
     EXPECT_EQ(question()->getTitle(), juce::String("Save Project?"));
     EXPECT_EQ(question()->getMessage(), juce::String("You have unsaved changes. Would you like to save?"));
     // Cancel keeps the document as it is.
     question()->answer(2);
     settle(100);
-    EXPECT_EQ(component->getOriginalImage()->width, 600);
+    EXPECT_EQ(component->getSession().getOriginalImage()->width, 600);
     EXPECT_NEAR(effect().strokeLength, 0.5f, 1e-6);
     settle(100);
 }
 
 TEST_F(Commands, SaveAnswerSavesTheProjectAndThenOpens)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     change(0.71f);
-    EXPECT_FALSE(component->openImage(sample("chelsea.png"), false));
+    EXPECT_FALSE(component->getSession().openImage(sample("chelsea.png")));
     ASSERT_NE(question(), nullptr);
     const auto project = home.getChildFile("saved.qhp");
     answerNextChooser(project);
     question()->answer(0);
     settle(600);
     ASSERT_TRUE(project.existsAsFile());
-    EXPECT_EQ(component->getOriginalImage()->width, 451); // chelsea is open now
+    EXPECT_EQ(component->getSession().getOriginalImage()->width, 451); // chelsea is open now
     EXPECT_TRUE(component->getUserSettings()->getValue("NeedsToLoadImagePath").isEmpty());
     auto read = ProjectFile::readFile(project);
     ASSERT_NE(read, nullptr);
@@ -329,7 +329,7 @@ TEST_F(Commands, SaveAnswerSavesTheProjectAndThenOpens)
 
 TEST_F(Commands, DefaultSettingsApplyToNextPicturesUntilReset)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     effect().strokeLength = 0.91f;
     effect().saturation = 0.07f;
@@ -342,7 +342,7 @@ TEST_F(Commands, DefaultSettingsApplyToNextPicturesUntilReset)
     ASSERT_NE(reread, nullptr);
     EXPECT_TRUE(reread->toString().contains("startupLayerSettings"));
 
-    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("chelsea.png")));
     settle();
     const auto applied = effectSettings();
     for (const auto& key : defaults.getAllProperties().getAllKeys())
@@ -354,7 +354,7 @@ TEST_F(Commands, DefaultSettingsApplyToNextPicturesUntilReset)
     int same = 0;
     for (int i = 0; i < 3; ++i)
     {
-        ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+        ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
         settle();
         same += effectSettings().getAllProperties() == defaults.getAllProperties() ? 1 : 0;
     }
@@ -387,11 +387,11 @@ TEST_F(Commands, PreferencesSetThePictureLimitAndRebuildThePresets)
     };
     setLimit("1..");
     EXPECT_EQ(ImageLimits::maximumMegapixels(), 1.0);
-    EXPECT_FALSE(component->openImage(big, false));
+    EXPECT_FALSE(component->getSession().openImage(big));
     settle();
     setLimit("2..");
     EXPECT_EQ(component->getUserSettings()->getDoubleValue("maxMegapixels"), 2.0);
-    EXPECT_TRUE(component->openImage(big, false));
+    EXPECT_TRUE(component->getSession().openImage(big));
     settle();
 
     // A deleted built-in comes back.
@@ -411,7 +411,7 @@ TEST_F(Commands, PreferencesSetThePictureLimitAndRebuildThePresets)
 
 TEST_F(Commands, PresetSavedUnderTheTypedName)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     effect().contrast = 0.44f;
     ASSERT_TRUE(component->savePresetNamed("Night Ink"));
@@ -425,12 +425,12 @@ TEST_F(Commands, PresetSavedUnderTheTypedName)
 
 TEST_F(Commands, FailedSavesKeepTheOldFilesAndTheDocument)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     settle();
     const auto project = home.getChildFile("keep.qhp");
     const auto photo = home.getChildFile("keep.png");
-    ASSERT_TRUE(component->saveProjectTo(project));
-    ASSERT_TRUE(component->saveImageTo(photo));
+    ASSERT_TRUE(component->getSession().saveProjectTo(project));
+    ASSERT_TRUE(component->getSession().saveImageTo(photo));
     juce::MemoryBlock oldProject, oldPhoto;
     ASSERT_TRUE(project.loadFileAsData(oldProject));
     ASSERT_TRUE(photo.loadFileAsData(oldPhoto));
@@ -440,8 +440,8 @@ TEST_F(Commands, FailedSavesKeepTheOldFilesAndTheDocument)
     {
         // Too little room for either file: both writes fail half-way.
         FileSizeLimit limit(4096);
-        EXPECT_FALSE(component->saveProjectTo(project));
-        EXPECT_FALSE(component->saveImageTo(photo));
+        EXPECT_FALSE(component->getSession().saveProjectTo(project));
+        EXPECT_FALSE(component->getSession().saveImageTo(photo));
     }
     juce::MemoryBlock nowProject, nowPhoto;
     ASSERT_TRUE(project.loadFileAsData(nowProject));
@@ -450,14 +450,14 @@ TEST_F(Commands, FailedSavesKeepTheOldFilesAndTheDocument)
     EXPECT_EQ(nowPhoto, oldPhoto);
     // The document is still open and still unsaved; no stray files are left beside the old ones.
     EXPECT_TRUE(component->hasDocument());
-    EXPECT_FALSE(component->isFreshProject());
+    EXPECT_FALSE(component->getSession().isFreshProject());
     EXPECT_EQ(home.getNumberOfChildFiles(juce::File::findFiles, "*.qhp*;*keep*"), 2);
 
     // A project that cannot be read leaves the picture open.
     const auto bad = home.getChildFile("bad.qhp");
     ASSERT_TRUE(bad.replaceWithText("VER3 not a project"));
-    EXPECT_FALSE(component->loadProject(bad));
-    EXPECT_EQ(component->getOriginalImage()->width, 600);
+    EXPECT_FALSE(component->getSession().loadProject(bad));
+    EXPECT_EQ(component->getSession().getOriginalImage()->width, 600);
     EXPECT_NEAR(effect().strokeLength, 0.05f, 1e-6);
 }
 
@@ -474,7 +474,7 @@ TEST_F(Commands, PenGestureTicksFromItsSettingAndReachesTheToolMadeCurrent)
     EXPECT_TRUE(ticked());
     EXPECT_TRUE(component->getUserSettings()->getBoolValue("penGesture", false));
 
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     SxPanTool tool;
     tool.setOwner(component.get());
     component->setCurrentTool(&tool);

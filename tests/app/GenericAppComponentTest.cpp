@@ -15,13 +15,13 @@ using MainComponent = AppComponentTest;
 TEST(PreviewRectangle, FitsIntoTheLimitWithoutEnlarging)
 {
     const juce::Rectangle<int> limit(0, 0, 1500, 1500);
-    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 3000, 2000 }, limit), juce::Rectangle<int>(0, 0, 1500, 1000));
-    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 2000, 3001 }, limit), juce::Rectangle<int>(0, 0, 1000, 1500));
-    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 1500, 1500 }, limit), juce::Rectangle<int>(0, 0, 1500, 1500));
-    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 600, 400 }, limit), juce::Rectangle<int>(0, 0, 600, 400));
+    EXPECT_EQ(DocumentSession::previewRectangleFor({ 0, 0, 3000, 2000 }, limit), juce::Rectangle<int>(0, 0, 1500, 1000));
+    EXPECT_EQ(DocumentSession::previewRectangleFor({ 0, 0, 2000, 3001 }, limit), juce::Rectangle<int>(0, 0, 1000, 1500));
+    EXPECT_EQ(DocumentSession::previewRectangleFor({ 0, 0, 1500, 1500 }, limit), juce::Rectangle<int>(0, 0, 1500, 1500));
+    EXPECT_EQ(DocumentSession::previewRectangleFor({ 0, 0, 600, 400 }, limit), juce::Rectangle<int>(0, 0, 600, 400));
     // A sliver keeps at least one pixel.
-    EXPECT_EQ(GenericAppComponent::previewRectangleFor({ 0, 0, 30000, 2 }, limit), juce::Rectangle<int>(0, 0, 1500, 1));
-    EXPECT_TRUE(GenericAppComponent::previewRectangleFor({}, limit).isEmpty());
+    EXPECT_EQ(DocumentSession::previewRectangleFor({ 0, 0, 30000, 2 }, limit), juce::Rectangle<int>(0, 0, 1500, 1));
+    EXPECT_TRUE(DocumentSession::previewRectangleFor({}, limit).isEmpty());
 }
 
 TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
@@ -49,9 +49,9 @@ TEST_F(MainComponent, StartWritesVersionIntoSettingsUnderHome)
 TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
 {
     auto& c = *component;
-    ASSERT_TRUE(c.openImage(sample("coffee.png"), true));
+    ASSERT_TRUE(c.getSession().openImage(sample("coffee.png")));
 
-    auto* original = c.getOriginalImage();
+    auto* original = c.getSession().getOriginalImage();
     ASSERT_NE(original, nullptr);
     EXPECT_EQ(original->width, 600);
     EXPECT_EQ(original->height, 400);
@@ -85,13 +85,13 @@ TEST_F(MainComponent, OpenedPictureIsHeldParkedAndShownFitted)
 TEST_F(MainComponent, UnreadableFileKeepsTheCurrentPicture)
 {
     auto& c = *component;
-    ASSERT_TRUE(c.openImage(sample("chelsea.png"), false));
-    auto* before = c.getOriginalImage();
+    ASSERT_TRUE(c.getSession().openImage(sample("chelsea.png")));
+    auto* before = c.getSession().getOriginalImage();
 
     const auto bogus = home.getChildFile("broken.png");
     ASSERT_TRUE(bogus.replaceWithText("\x89PNG but not really"));
-    EXPECT_FALSE(c.openImage(bogus, false));
-    EXPECT_EQ(c.getOriginalImage(), before);
+    EXPECT_FALSE(c.getSession().openImage(bogus));
+    EXPECT_EQ(c.getSession().getOriginalImage(), before);
     EXPECT_EQ(c.getDocument()->getImage(), c.getPreviewImage());
     EXPECT_EQ(c.getUserSettings()->getValue("ImagePath"), sample("chelsea.png").getFullPathName());
 }

@@ -20,7 +20,7 @@ protected:
 
 TEST_F(LivePreview, OpenRendersOnceAndChangesDuringARenderEndOnScreen)
 {
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     ASSERT_NE(currentRenderThread, nullptr) << "opening a picture starts a preview render";
     auto* running = currentRenderThread;
 
@@ -55,7 +55,7 @@ TEST_F(LivePreview, OpenRendersOnceAndChangesDuringARenderEndOnScreen)
 TEST_F(LivePreview, ManualModeWaitsForTheRenderButtonAndOriginalShowsThePhoto)
 {
     component->setManualRedraw(true);
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     EXPECT_EQ(currentRenderThread, nullptr);
     EXPECT_EQ(component->getDocument()->getImage(), component->getPreviewImage());
 
@@ -83,7 +83,7 @@ TEST_F(LivePreview, ManualModeWaitsForTheRenderButtonAndOriginalShowsThePhoto)
 TEST_F(LivePreview, HistoryKeepsFiveStatesAndFreshnessFollowsTheSecondRecord)
 {
     component->setManualRedraw(true);
-    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("chelsea.png")));
     auto& settings = *component->getUserSettings();
     // The open records the start state without making the document dirty.
     EXPECT_EQ(settings.getIntValue("freshProjectUndoCount"), 1);
@@ -120,7 +120,7 @@ TEST_F(LivePreview, HistoryKeepsFiveStatesAndFreshnessFollowsTheSecondRecord)
 TEST_F(LivePreview, PanelControlsWriteTheEffectAndTaperStyleRelabels)
 {
     component->setManualRedraw(true);
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     auto* panel = dynamic_cast<EffectControlPanel*>(component->findChildWithID("effectControlComponent"));
     ASSERT_NE(panel, nullptr);
     ASSERT_EQ(panel->getEffect(), &effect());
@@ -160,7 +160,7 @@ TEST_F(LivePreview, PanelControlsWriteTheEffectAndTaperStyleRelabels)
 TEST_F(LivePreview, RandomizeChangesSettingsAndRecordsOneStep)
 {
     component->setManualRedraw(true);
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     auto before = effectSettings();
     const int count = component->getUserSettings()->getIntValue("freshProjectUndoCount");
     component->randomizeAll();
@@ -181,24 +181,24 @@ TEST_F(LivePreview, DropAcceptsImagesAndProjectsOnly)
 
     component->setManualRedraw(true);
     component->filesDropped({ sample("chelsea.png").getFullPathName() }, 10, 10);
-    ASSERT_NE(component->getOriginalImage(), nullptr);
-    EXPECT_EQ(component->imagePath, sample("chelsea.png").getFullPathName());
+    ASSERT_NE(component->getSession().getOriginalImage(), nullptr);
+    EXPECT_EQ(component->getSession().getImagePath(), sample("chelsea.png").getFullPathName());
 }
 
 TEST_F(LivePreview, StoppedRendersLeaveNoStaleCompletion)
 {
     // A second open stops the first render; the first render's completion, still queued, must
     // neither end the second render early nor touch the deleted thread.
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     ASSERT_NE(currentRenderThread, nullptr);
-    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("chelsea.png")));
     ASSERT_NE(currentRenderThread, nullptr);
     ASSERT_TRUE(waitForRenders());
     EXPECT_EQ(component->getRenderCount(), 1);
     EXPECT_EQ(component->getDocument()->getImage()->width, 451);
 
     // A component that goes while its render runs leaves a message behind that must do nothing.
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     component.reset();
     EXPECT_EQ(currentRenderThread, nullptr);
     juce::MessageManager::getInstance()->runDispatchLoopUntil(300);
@@ -208,7 +208,7 @@ TEST_F(LivePreview, QuickChangesShowADraftFirstAndEndOnTheFullPreview)
 {
     // Drafts for this small photo: a quarter of its pixels.
     component->getPreviewRenderer().getDraft().maxPixels = 600 * 400 / 4;
-    ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
     effect().setDefaults();
     effect().invalidate(nullptr);
     ASSERT_TRUE(waitForRenders());

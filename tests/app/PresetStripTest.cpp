@@ -23,7 +23,7 @@ class PresetStrip : public AppComponentTest
 protected:
     void openPhoto()
     {
-        ASSERT_TRUE(component->openImage(sample("coffee.png"), false));
+        ASSERT_TRUE(component->getSession().openImage(sample("coffee.png")));
         settle();
     }
     PresetActions& actions() { return *component->getPresetActions(); }
@@ -128,7 +128,7 @@ TEST_F(PresetStrip, PreviewThreadRendersThumbnailsAndStopsBeforeTheDocumentChang
     EXPECT_EQ(first->getPicture().getWidth(), thread->getPicture()->width);
 
     // A new picture stops it before anything of the old document goes.
-    ASSERT_TRUE(component->openImage(sample("chelsea.png"), false));
+    ASSERT_TRUE(component->getSession().openImage(sample("chelsea.png")));
     EXPECT_EQ(actions().getPreviewThread(), nullptr);
     settle();
 }
