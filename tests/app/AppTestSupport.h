@@ -6,6 +6,7 @@
 #include "app/RenderThread.h"
 #include "app/TornvaleAppComponent.h"
 #include "effect/TornvaleEffect.h"
+#include "ui/SxAlertComponent.h"
 
 #include <gtest/gtest.h>
 
@@ -90,4 +91,46 @@ protected:
     ScopedTempHome tempHome;
     const juce::File& home = tempHome.folder;
     std::unique_ptr<TornvaleAppComponent> component;
+};
+
+/** A component whose file dialogs are answered by the test, with the helpers that the tests of
+    commands and of the document session share. */
+class AnsweredAppTest : public AppComponentTest
+{
+protected:
+    void SetUp() override
+    {
+        // The chooser reads its answer from this file, so it must be known before the component.
+        answerFile = home.getChildFile("chooser-answer.txt");
+        ::setenv("TORNVALE_CHOOSER_FILE", answerFile.getFullPathName().toRawUTF8(), 1);
+        AppComponentTest::SetUp();
+    }
+    void TearDown() override
+    {
+        AppComponentTest::TearDown();
+        ::unsetenv("TORNVALE_CHOOSER_FILE");
+    }
+
+    /** The next file dialog is answered with file. */
+    void answerNextChooser(const juce::File& file) { ASSERT_TRUE(answerFile.replaceWithText(file.getFullPathName())); }
+
+    /** A user's change: a new value, recorded in the history as the panel records it. */
+    void change(float strokeLength)
+    {
+        effect().strokeLength = strokeLength;
+        component->layerChanged();
+    }
+    SxAlertComponent* question()
+    {
+        auto* alert = SxAlertComponent::findIn(*component);
+        return alert != nullptr && alert->getName() == "saveProjectAlert" ? alert : nullptr;
+    }
+    bool isDisabled(juce::CommandID id)
+    {
+        juce::ApplicationCommandInfo info(id);
+        component->getCommandInfo(id, info);
+        return (info.flags & juce::ApplicationCommandInfo::isDisabled) != 0;
+    }
+
+    juce::File answerFile;
 };
