@@ -38,7 +38,8 @@ public:
     void close();
     /** Runs once when the alert is dismissed (not when it is replaced by another one). */
     std::function<void()> onClose;
-    /** Runs once, before onClose, with the index of the answer that closed a question. */
+    /** Runs once, after onClose, with the index of the answer that closed a question: the
+        question is off the screen by then, so the answer may show the next dialog. */
     std::function<void(int)> onAnswer;
     /** Closes the alert as a click on answer index does. */
     void answer(int index);

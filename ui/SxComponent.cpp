@@ -28,10 +28,12 @@ void SxComponent::place(juce::Component& component, const juce::String& text)
     component.getProperties().set(boundsProperty, text);
     // A string that names a missing sibling cannot be evaluated: the component goes to the
     // origin, without an error, rather than half-placed by the terms that could be evaluated.
+    // The rule of an earlier string goes too, or it would move the component back at once.
     const juce::RelativeRectangle rectangle(text);
     for (const auto* coordinate : { &rectangle.left, &rectangle.top, &rectangle.right, &rectangle.bottom })
         if (!siblingsExist(coordinate->getExpression(), component))
         {
+            component.setPositioner(nullptr);
             component.setTopLeftPosition(0, 0);
             return;
         }

@@ -128,9 +128,8 @@ TEST(HandOverFiles, EveryModeRoundTripsWithAndWithoutMask)
             Image read;
             juce::String error;
             ASSERT_TRUE(readBytes(bytesOf(written), read, error)) << error;
-            EXPECT_EQ(read.header.title, written.header.title);
-            EXPECT_EQ(read.header.parameterBlock, written.header.parameterBlock);
-            EXPECT_EQ(read.header.profile, written.header.profile);
+            // The header's fields and blocks show in the rewritten bytes; the samples are
+            // compared directly, so that a writer that lost them would not hide a reader that did.
             EXPECT_EQ(read.pixels, written.pixels);
             EXPECT_EQ(read.mask, written.mask);
             EXPECT_EQ(bytesOf(read), bytesOf(written));
@@ -143,15 +142,10 @@ TEST(HandOverFiles, SixteenBitSamplesHaveWhiteAt32768)
     for (int mode : { grey16, rgb16 })
     {
         Image image = makeImage({ mode, mode == grey16 ? 1 : 3, 2 }, 4, 1, false, 1);
-        const int values[] = { 0, 16384, 32768, 65535 };
-        auto* p = static_cast<uint8_t*>(image.pixels.getData());
-        for (int x = 0; x < 4; ++x)
-            for (int c = 0; c < image.header.colourPlanes(); ++c)
-            {
-                auto* sample = p + (x * image.header.colourPlanes() + c) * 2;
-                sample[0] = (uint8_t) (values[x] & 0xff);
-                sample[1] = (uint8_t) (values[x] >> 8);
-            }
+        auto* sample = static_cast<uint8_t*>(image.pixels.getData());
+        for (int value : { 0, 16384, 32768, 65535 })
+            for (int c = 0; c < image.header.colourPlanes(); ++c, sample += 2)
+                sample[0] = (uint8_t) (value & 0xff), sample[1] = (uint8_t) (value >> 8);
         auto picture = image.toPicture();
         EXPECT_EQ(picture->pixelAt(0, 0)[1], 0);
         EXPECT_NEAR(picture->pixelAt(1, 0)[2], 127, 1);
@@ -206,19 +200,16 @@ TEST(HandOverFiles, RefusesDamagedFiles)
 
     // Cut anywhere, the file is refused.
     for (size_t length = 0; length < good.getSize(); ++length)
-    {
-        juce::MemoryBlock cut(good.getData(), length);
-        EXPECT_FALSE(readBytes(cut, image, error)) << length;
-    }
+        EXPECT_FALSE(readBytes(juce::MemoryBlock(good.getData(), length), image, error)) << length;
 
     // One header field at a time set to a value that does not add up. Offsets from the start of
     // the fields behind the title line and the 6-byte parameter block.
     const auto* start = static_cast<const char*>(good.getData());
     const size_t fields = (size_t) (static_cast<const char*>(std::memchr(start, '\n', good.getSize())) - start) + 1 + 4 + 6;
-    auto withField = [&](int index, int value) {
+    auto withInt = [&](size_t offset, int value) {
         juce::MemoryBlock bad(good);
         for (int i = 0; i < 4; ++i)
-            static_cast<uint8_t*>(bad.getData())[fields + (size_t) index * 4 + (size_t) i] = (uint8_t) ((unsigned) value >> (8 * i));
+            static_cast<uint8_t*>(bad.getData())[offset + (size_t) i] = (uint8_t) ((unsigned) value >> (8 * i));
         return bad;
     };
     const std::pair<int, int> lies[] = {
@@ -229,17 +220,12 @@ TEST(HandOverFiles, RefusesDamagedFiles)
         { 13, 1 },          { 14, INT_MAX },     { 14, -4 },       // mask rows short, profile size lies
     };
     for (const auto& [index, value] : lies)
-        EXPECT_FALSE(readBytes(withField(index, value), image, error)) << index << "=" << value;
+        EXPECT_FALSE(readBytes(withInt(fields + (size_t) index * 4, value), image, error)) << index << "=" << value;
 
-    // A pixel size larger than the file, and one smaller than the rectangle needs.
-    const auto profileEnd = fields + 15 * 4 + 10;
+    // A pixel size larger than the file, and one smaller than the rectangle needs; the size
+    // stands behind the fields and the 10-byte profile.
     for (int size : { INT_MAX, -1, 4 })
-    {
-        juce::MemoryBlock bad(good);
-        for (int i = 0; i < 4; ++i)
-            static_cast<uint8_t*>(bad.getData())[profileEnd + (size_t) i] = (uint8_t) ((unsigned) size >> (8 * i));
-        EXPECT_FALSE(readBytes(bad, image, error)) << size;
-    }
+        EXPECT_FALSE(readBytes(withInt(fields + 15 * 4 + 10, size), image, error)) << size;
 
     // A title line with no end.
     juce::MemoryBlock endless(8192);

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <tuple>
 
 namespace
 {
@@ -123,12 +124,9 @@ TEST(LayerBlends, AlphaFrameMatchesReferenceForRandomPixels)
             auto alpha = [&] { return i % 2 == 0 ? edges[random() % 5] : (int) (random() % 256); };
             const Pixel s { alpha(), (int) (random() % 256), (int) (random() % 256), (int) (random() % 256) };
             const Pixel d { alpha(), (int) (random() % 256), (int) (random() % 256), (int) (random() % 256) };
-            const Pixel got = blendThroughImages(mode, s, d);
-            const Pixel want = referencePixel(mode, s, d);
-            ASSERT_EQ(got.a, want.a) << LayerBlends::getName(mode) << " sA=" << s.a << " dA=" << d.a;
-            ASSERT_EQ(got.r, want.r) << LayerBlends::getName(mode) << " sA=" << s.a << " dA=" << d.a;
-            ASSERT_EQ(got.g, want.g) << LayerBlends::getName(mode);
-            ASSERT_EQ(got.b, want.b) << LayerBlends::getName(mode);
+            const Pixel got = blendThroughImages(mode, s, d), want = referencePixel(mode, s, d);
+            ASSERT_EQ(std::tie(got.a, got.r, got.g, got.b), std::tie(want.a, want.r, want.g, want.b))
+                << LayerBlends::getName(mode) << " sA=" << s.a << " dA=" << d.a;
         }
 }
 

@@ -51,29 +51,24 @@ TEST(LayerManagerRender, EmptyStackAndBareSourcePicture)
 TEST(LayerManagerRender, SecondRenderWithoutChangeReusesTheCache)
 {
     Stack stack(2);
+    auto rendersAfterRender = [&stack] {
+        stack.manager.render(nullptr, false, false);
+        return std::make_pair(stack.tint(1)->renders, stack.tint(2)->renders);
+    };
     SxImageRgbaBytes* first = stack.manager.render(nullptr, false, false);
     ASSERT_NE(first, nullptr);
-    EXPECT_EQ(stack.tint(1)->renders, 1);
-    EXPECT_EQ(stack.tint(2)->renders, 1);
-
-    SxImageRgbaBytes* second = stack.manager.render(nullptr, false, false);
-    EXPECT_EQ(second, first);
-    EXPECT_EQ(stack.tint(1)->renders, 1);
-    EXPECT_EQ(stack.tint(2)->renders, 1);
+    EXPECT_EQ(stack.manager.render(nullptr, false, false), first);
+    EXPECT_EQ(rendersAfterRender(), std::make_pair(1, 1));
 
     // A change to the lower layer makes it and the layer that depends on it render again.
     stack.tint(1)->red = 250;
     stack.tint(1)->invalidate(nullptr);
     EXPECT_EQ(stack.callback.renderRequests, 1);
-    stack.manager.render(nullptr, false, false);
-    EXPECT_EQ(stack.tint(1)->renders, 2);
-    EXPECT_EQ(stack.tint(2)->renders, 2);
+    EXPECT_EQ(rendersAfterRender(), std::make_pair(2, 2));
 
     // A change to the top layer leaves the one below cached.
     stack.tint(2)->invalidate(nullptr);
-    stack.manager.render(nullptr, false, false);
-    EXPECT_EQ(stack.tint(1)->renders, 2);
-    EXPECT_EQ(stack.tint(2)->renders, 3);
+    EXPECT_EQ(rendersAfterRender(), std::make_pair(2, 3));
 }
 
 TEST(LayerManagerRender, ChangeDuringARenderStaysPendingForTheNextOne)
@@ -89,7 +84,6 @@ TEST(LayerManagerRender, ChangeDuringARenderStaysPendingForTheNextOne)
     };
     stack.manager.render(nullptr, false, false);
     EXPECT_TRUE(tint->getNeedsRender());
-    EXPECT_EQ(tint->renders, 1);
     stack.manager.render(nullptr, false, false);
     EXPECT_EQ(tint->renders, 2);
     EXPECT_FALSE(tint->getNeedsRender());
@@ -121,10 +115,6 @@ TEST(LayerManagerRender, FullSizeRenderHoldsAtMostTwoOutputsAndGivesTheSamePictu
     TintLayer::peakOutputs = 0;
     auto result = SxRef<SxImageRgbaBytes>::adopt(full.manager.render(nullptr, false, true));
     EXPECT_LE(TintLayer::peakOutputs, 2);
-    int outputsLeft = 0;
-    for (auto* layer : full.manager.getLayers())
-        outputsLeft += layer->getOutputImage() != nullptr ? 1 : 0;
-    EXPECT_LE(outputsLeft, 2);
     ASSERT_NE(result.get(), nullptr);
     EXPECT_TRUE(samePixels(*result, *expected));
 
@@ -162,11 +152,9 @@ TEST(LayerManagerRender, DirtyRectangleRefreshesOnlyItsArea)
     auto before = SxRef<SxImageRgbaBytes>::adopt(stack.manager.render(nullptr, false, true));
     stack.tint(1)->red = 250;
     stack.tint(1)->setNeedsRender(true);
-    auto everywhere = [&] {
-        Stack all(1);
-        all.tint(1)->red = 250;
-        return SxRef<SxImageRgbaBytes>::adopt(all.manager.render(nullptr, false, true));
-    }();
+    Stack all(1);
+    all.tint(1)->red = 250;
+    auto everywhere = SxRef<SxImageRgbaBytes>::adopt(all.manager.render(nullptr, false, true));
 
     const LayerRect region = LayerRect::of(4, 5, 9, 7);
     SxImageRgbaBytes* result = stack.manager.render(&region, false, false);
@@ -178,14 +166,6 @@ TEST(LayerManagerRender, DirtyRectangleRefreshesOnlyItsArea)
             const SxImageRgbaBytes& want = inside ? *everywhere : *before;
             EXPECT_EQ(std::memcmp(result->pixelAt(x, y), want.pixelAt(x, y), 4), 0) << x << "," << y;
         }
-}
-
-TEST(LayerFactory, StoredClassNamesLoseTheirTypePrefix)
-{
-    // Creation by stored name is what SaveAndRestoreRebuildsTheStack and the unknown-class case
-    // go through; older files wrote the name with the compiler's type prefix.
-    EXPECT_EQ(Layer::cleanClassName("class TornvaleEffect"), "TornvaleEffect");
-    EXPECT_EQ(Layer::cleanClassName("Class TornvaleEffect"), "TornvaleEffect");
 }
 
 TEST(LayerDictionary, LayerFieldsRoundTripAndOldFormsReadAsDefaults)
@@ -277,14 +257,13 @@ TEST(LayerManagerDictionary, SaveAndRestoreRebuildsTheStack)
     ASSERT_NE(restoredTint, nullptr);
     ASSERT_NE(restoredInvert, nullptr);
     EXPECT_EQ(dynamic_cast<InvertLayer*>(restoredTint), nullptr);
-    EXPECT_EQ(restoredTint->red, 200);
-    EXPECT_EQ(restoredTint->compositeMode, LayerBlends::screen);
     EXPECT_EQ(restoredInvert->getName(), "top");
     ASSERT_EQ(restoredInvert->getSubLayers().size(), 1u);
     EXPECT_EQ(static_cast<TintLayer*>(restoredInvert->getSubLayers()[0])->red, 3);
     EXPECT_EQ(restored.manager.getSelectedIndex(), 1);
     EXPECT_GE(restored.callback.renderRequests, 1);
 
+    // The tint's colour, opacity and blend show in the pixels.
     auto result = SxRef<SxImageRgbaBytes>::adopt(restored.manager.render(nullptr, false, true));
     EXPECT_TRUE(samePixels(*result, *expected));
 }
@@ -300,6 +279,9 @@ TEST(LayerManagerDictionary, UnknownClassesAndCountsAreDropped)
     stack.manager.restoreFromDictionary(set, nullptr, {}, false);
     ASSERT_EQ(stack.manager.getNumLayers(), 2) << "the unknown class is skipped, the known one kept";
     EXPECT_NE(dynamic_cast<TintLayer*>(stack.manager.getLayer(1)), nullptr);
+    // Older files wrote class names with the compiler's type prefix.
+    EXPECT_EQ(Layer::cleanClassName("class TornvaleEffect"), "TornvaleEffect");
+    EXPECT_EQ(Layer::cleanClassName("Class TornvaleEffect"), "TornvaleEffect");
 
     SxPropertySet none;
     none.setInt("LayerCount", 0);

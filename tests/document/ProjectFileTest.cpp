@@ -11,6 +11,11 @@
 
 using namespace ProjectFileTestSupport;
 
+static juce::File regressionFile(const char* name)
+{
+    return juce::File(TORNVALE_SOURCE_DIR).getChildFile("tests/document/regressions").getChildFile(name);
+}
+
 TEST(ProjectFileRead, EveryFormRoundTripsSettingsAndPicture)
 {
     // "VER3" with its resolution and preview; "VER2" has no preview; the oldest form is XML text
@@ -50,23 +55,18 @@ TEST(ProjectFileWrite, PreviewIsA400SquareJpegAtItsStatedOffset)
     const int32_t size = (int32_t) juce::ByteOrder::littleEndianInt(data + 8);
     ASSERT_GT(offset, 12);
     ASSERT_EQ((size_t) offset + (size_t) size, bytes.getSize()) << "the preview is the last block";
-    EXPECT_EQ(data[offset], 0xFF);
-    EXPECT_EQ(data[offset + 1], 0xD8);
 
     // Decoded by the codec directly from the stated offset, not through the project reader.
     juce::MemoryInputStream jpegBytes(data + offset, (size_t) size, false);
     juce::JPEGImageFormat jpeg;
-    ASSERT_TRUE(jpeg.canUnderstand(jpegBytes));
-    jpegBytes.setPosition(0);
     const juce::Image preview = jpeg.decodeImage(jpegBytes);
     ASSERT_TRUE(preview.isValid());
     EXPECT_EQ(preview.getWidth(), 400);
     EXPECT_EQ(preview.getHeight(), 400);
     // A wide picture fits across and leaves grey bands above and below.
     const juce::Colour band = preview.getPixelAt(200, 10);
-    EXPECT_NEAR(band.getRed(), 127, 4);
-    EXPECT_NEAR(band.getGreen(), 127, 4);
-    EXPECT_NEAR(band.getBlue(), 127, 4);
+    for (int channel : { band.getRed(), band.getGreen(), band.getBlue() })
+        EXPECT_NEAR(channel, 127, 4);
 
     juce::MemoryInputStream whole(bytes, false);
     auto decoded = ProjectFile::readPreview(whole);
@@ -89,19 +89,16 @@ TEST(ProjectFileWrite, SavedFileHoldsTheStackAndLoadsBack)
     juce::TemporaryFile folder;
     const juce::File file = folder.getFile().getChildFile("nested").getChildFile("work.qhp");
     ASSERT_TRUE(ProjectFile::save(file, manager, *picture, 96.0, 96.0));
-    EXPECT_TRUE(file.existsAsFile());
 
     auto document = ProjectFile::readFile(file);
     ASSERT_NE(document, nullptr);
     EXPECT_TRUE(samePixels(*document->image, *picture));
-    EXPECT_EQ(document->settings.getIntValue("LayerCount", -1), 1);
-    EXPECT_EQ(document->settings.getValue("ClassName1", {}), "TintLayer");
 
+    // The tint's settings show in the rendered pixels.
     LayerManager restored;
     restored.addLayer(new StaticImageLayer(document->image.get()));
     restored.restoreFromDictionary(document->settings, nullptr, {}, false);
     ASSERT_EQ(restored.getNumLayers(), 2);
-    EXPECT_EQ(static_cast<TintLayer*>(restored.getLayer(1))->red, 180);
     EXPECT_TRUE(samePixels(*restored.render(nullptr, false, false), *manager.render(nullptr, false, false)));
     folder.getFile().deleteRecursively();
 }
@@ -109,9 +106,7 @@ TEST(ProjectFileWrite, SavedFileHoldsTheStackAndLoadsBack)
 TEST(ProjectFileRead, ZeroPreviewFieldsStillLoadTheDictionary)
 {
     auto picture = makePicture(9, 7);
-    SxPropertySet settings;
-    settings.setInt("LayerCount", 0);
-    auto bytes = writeProject(settings, *picture, 72.0, 72.0);
+    auto bytes = writeProject(SxPropertySet(), *picture, 72.0, 72.0);
     // As a writer that stopped before the seek-back leaves it.
     std::memset(static_cast<char*>(bytes.getData()) + 4, 0, 8);
     juce::MemoryInputStream in(bytes, false);
@@ -123,9 +118,18 @@ TEST(ProjectFileRead, ZeroPreviewFieldsStillLoadTheDictionary)
     EXPECT_EQ(ProjectFile::readPreview(again).get(), nullptr);
 }
 
-TEST(ProjectFileRead, GarbageGivesNoDocument)
+TEST(ProjectFileRead, GarbageAndFuzzerFindingsGiveNoDocument)
 {
-    for (const auto& bad : badInputs())
+    // Besides the made-up damage, the fuzzer's finds: an oldest-form file whose picture stream is
+    // whole but holds no pixels, and one whose XML text is not UTF-8, which JUCE's parser would
+    // read past the end of.
+    auto inputs = badInputs();
+    for (const char* name : { "project_empty_picture.qhp", "project_invalid_utf8.qhp" })
+    {
+        inputs.push_back({ name, {} });
+        ASSERT_TRUE(regressionFile(name).loadFileAsData(inputs.back().bytes)) << name;
+    }
+    for (const auto& bad : inputs)
     {
         juce::MemoryInputStream in(bad.bytes, false);
         EXPECT_EQ(ProjectFile::read(in), nullptr) << bad.name;
@@ -134,20 +138,9 @@ TEST(ProjectFileRead, GarbageGivesNoDocument)
     }
 }
 
-TEST(ProjectFileRead, FuzzerFindingsGiveNoDocument)
+TEST(ProjectFileRead, UnreadableLayerTextRestoresDefaults)
 {
-    // An oldest-form file whose picture stream is whole but holds no pixels, and one whose XML
-    // text is not UTF-8, which JUCE's parser would read past the end of.
-    for (const char* name : { "project_empty_picture.qhp", "project_invalid_utf8.qhp" })
-    {
-        const juce::File file = juce::File(TORNVALE_SOURCE_DIR).getChildFile("tests/document/regressions").getChildFile(name);
-        juce::MemoryBlock bytes;
-        ASSERT_TRUE(file.loadFileAsData(bytes)) << name;
-        juce::MemoryInputStream in(bytes, false);
-        EXPECT_EQ(ProjectFile::read(in), nullptr) << name;
-    }
-
-    // The same in a layer's dictionary text, which the stack parses on restore.
+    // Text that is not UTF-8 in a layer's dictionary, which the stack parses on restore.
     TestPrototypes prototypes;
     SxPropertySet set;
     set.setInt("LayerCount", 1);
@@ -167,9 +160,8 @@ TEST(ProjectFileRead, DamagedPreviewIsRefusedWhileTheDocumentLoads)
 {
     // Found by fuzz_project_reader: a preview whose JPEG data was overwritten made the codec
     // write outside its buffers.
-    const juce::File file = juce::File(TORNVALE_SOURCE_DIR).getChildFile("tests/document/regressions/project_damaged_preview.qhp");
     juce::MemoryBlock bytes;
-    ASSERT_TRUE(file.loadFileAsData(bytes));
+    ASSERT_TRUE(regressionFile("project_damaged_preview.qhp").loadFileAsData(bytes));
     juce::MemoryInputStream in(bytes, false);
     EXPECT_EQ(ProjectFile::readPreview(in).get(), nullptr);
     juce::MemoryInputStream whole(bytes, false);

@@ -76,14 +76,6 @@ struct BadInput
     juce::MemoryBlock bytes;
 };
 
-inline juce::MemoryBlock bytesOf(std::initializer_list<std::pair<const void*, size_t>> parts)
-{
-    juce::MemoryOutputStream out;
-    for (const auto& part : parts)
-        out.write(part.first, part.second);
-    return out.getMemoryBlock();
-}
-
 inline juce::MemoryBlock intsAfter(const char* tag, std::initializer_list<int32_t> values, const char* tail = "")
 {
     juce::MemoryOutputStream out;
@@ -94,33 +86,13 @@ inline juce::MemoryBlock intsAfter(const char* tag, std::initializer_list<int32_
     return out.getMemoryBlock();
 }
 
-inline juce::MemoryBlock gzipBase64Picture(int16_t w, int16_t h, int pixelBytes)
-{
-    juce::MemoryOutputStream raw;
-    {
-        juce::GZIPCompressorOutputStream zip(raw);
-        zip.writeByte(0);
-        zip.writeShort(w);
-        zip.writeShort(h);
-        for (int i = 0; i < pixelBytes; ++i)
-            zip.writeByte((char) i);
-    }
-    const juce::String text = raw.getMemoryBlock().toBase64Encoding();
-    juce::MemoryOutputStream out;
-    out.write("VER2", 4);
-    out.writeInt(1);
-    out.writeString("ORIG_IMAGE_data");
-    out.writeString(text);
-    return out.getMemoryBlock();
-}
-
 inline std::vector<BadInput> badInputs()
 {
     std::vector<BadInput> inputs;
     inputs.push_back({ "empty", {} });
-    inputs.push_back({ "short tag", bytesOf({ { "VE", 2 } }) });
-    inputs.push_back({ "tag only", bytesOf({ { "VER3", 4 } }) });
-    inputs.push_back({ "tag and half a field", bytesOf({ { "VER3\x10\0", 6 } }) });
+    inputs.push_back({ "short tag", juce::MemoryBlock("VE", 2) });
+    inputs.push_back({ "tag only", juce::MemoryBlock("VER3", 4) });
+    inputs.push_back({ "tag and half a field", juce::MemoryBlock("VER3\x10\0", 6) });
     inputs.push_back({ "no dictionary", intsAfter("VER3", { 0, 0 }) });
     inputs.push_back({ "huge count", intsAfter("VER2", { 0x7fffffff }, "key") });
     inputs.push_back({ "negative count", intsAfter("VER2", { -5 }, "key") });
@@ -132,31 +104,15 @@ inline std::vector<BadInput> badInputs()
     inputs.push_back({ "oldest form negative length", intsAfter("", { -1 }, "<plist>") });
     inputs.push_back({ "oldest form short text", intsAfter("", { 100 }, "<plist><dict>") });
     inputs.push_back({ "oldest form not xml", intsAfter("", { 8 }, "notxml!!") });
-    {
-        // Well-formed text, then a picture header that claims 30000 × 30000 with no pixels.
-        const char* text = "<plist><dict></dict></plist>";
-        juce::MemoryOutputStream out;
-        out.writeInt((int) std::strlen(text));
-        out.write(text, std::strlen(text));
-        out.write("SXRB", 4);
-        out.writeInt(1);
-        out.writeInt(30000);
-        out.writeInt(30000);
-        inputs.push_back({ "oldest form huge picture", out.getMemoryBlock() });
-    }
-    {
-        // A complete picture stream of no pixels at all (found by the fuzzer).
-        const char* text = "<plist><dict></dict></plist>";
-        juce::MemoryOutputStream out;
-        out.writeInt((int) std::strlen(text));
-        out.write(text, std::strlen(text));
-        ImageStream::write(SxImageRgbaBytes(0, 0), out);
-        inputs.push_back({ "oldest form empty picture", out.getMemoryBlock() });
-    }
-    inputs.push_back({ "picture text not base64", bytesOf({ { "VER2\1\0\0\0ORIG_IMAGE_data\0!!!!\0", 26 } }) });
-    inputs.push_back({ "picture claims 32767 square", gzipBase64Picture(32767, 32767, 16) });
-    inputs.push_back({ "picture with zero width", gzipBase64Picture(0, 10, 16) });
-    inputs.push_back({ "picture with negative size", gzipBase64Picture(-3, -3, 16) });
+    // Well-formed text, then a picture header that claims 30000 × 30000 with no pixels. (A whole
+    // stream of no pixels is the fuzzer's project_empty_picture.qhp.)
+    auto hugePicture = intsAfter("", { 28 }, "<plist><dict></dict></plist>");
+    const auto pictureHeader = intsAfter("SXRB", { 1, 30000, 30000 });
+    hugePicture.append(pictureHeader.getData(), pictureHeader.getSize());
+    inputs.push_back({ "oldest form huge picture", hugePicture });
+    // The picture's text goes straight to the property set's picture reader, whose own tests
+    // feed it lying sizes; here it is enough that a bad one leaves no document.
+    inputs.push_back({ "picture text not base64", juce::MemoryBlock("VER2\1\0\0\0ORIG_IMAGE_data\0!!!!\0", 26) });
 
     std::mt19937 random(1234); // fixed random seed
     for (int n : { 1, 3, 4, 5, 12, 64, 1000, 70000 })

@@ -36,6 +36,15 @@ TEST(SxUndo, AfterSixChangesOnlyTheLastFiveAreReachable)
     while (undo.redo(out))
         forward.push_back(stateOf(out));
     EXPECT_EQ(forward, (std::vector<int> { 3, 4, 5, 6 }));
+
+    // A reset leaves nothing to undo or redo, and the first record after it is the start state,
+    // with nothing before it.
+    undo.reset();
+    EXPECT_FALSE(undo.undo(out));
+    EXPECT_FALSE(undo.redo(out));
+    EXPECT_EQ(undo.getCurrentIndex(), -1) << "an undo on an empty history must not move it";
+    undo.push(state(1));
+    EXPECT_FALSE(undo.undo(out));
 }
 
 TEST(SxUndo, ChangeAfterUndoDropsTheRedoTail)
@@ -56,21 +65,6 @@ TEST(SxUndo, ChangeAfterUndoDropsTheRedoTail)
     EXPECT_EQ(stateOf(out), 2);
     ASSERT_TRUE(undo.undo(out));
     EXPECT_EQ(stateOf(out), 1);
-}
-
-TEST(SxUndo, ResetAndEmptyHistoryRestoreNothing)
-{
-    SxUndo undo;
-    SxPropertySet out;
-    EXPECT_FALSE(undo.undo(out));
-    EXPECT_FALSE(undo.redo(out));
-    undo.push(state(1));
-    EXPECT_FALSE(undo.undo(out)) << "the first record is the start state; there is nothing before it";
-    undo.push(state(2));
-    undo.reset();
-    EXPECT_FALSE(undo.undo(out));
-    EXPECT_FALSE(undo.redo(out));
-    EXPECT_EQ(undo.getCurrentIndex(), -1);
 }
 
 TEST(SxUndo, RecordsShareImagesInsteadOfCopyingThem)

@@ -57,6 +57,12 @@ TEST_F(ToolSwitching, ClickingTheLitToolLeavesNoneAndTheDefaultCursor)
     EXPECT_FALSE(pan.isToolOn());
     EXPECT_TRUE(cursorIs(juce::MouseCursor::NormalCursor));
     EXPECT_EQ(states.log.joinIntoString(", "), "panTool on, panTool off");
+
+    // Switched off from elsewhere, the tool lets go of the document as well.
+    switcher.setCurrentTool(&pan);
+    pan.setToolOn(false);
+    EXPECT_EQ(document.getTool(), nullptr);
+    EXPECT_TRUE(cursorIs(juce::MouseCursor::NormalCursor));
 }
 
 TEST_F(ToolSwitching, SwitchingTurnsTheOldToolOffBeforeTheNewOneOn)
@@ -94,12 +100,4 @@ TEST_F(ToolSwitching, AVetoKeepsTheOldTool)
     switcher.setCurrentTool(nullptr);
     EXPECT_EQ(document.getTool(), nullptr);
     EXPECT_FALSE(pan.isToolOn());
-}
-
-TEST_F(ToolSwitching, SwitchingOffFromElsewhereLetsGoOfTheDocument)
-{
-    switcher.setCurrentTool(&pan);
-    pan.setToolOn(false);
-    EXPECT_EQ(document.getTool(), nullptr);
-    EXPECT_TRUE(cursorIs(juce::MouseCursor::NormalCursor));
 }

@@ -31,17 +31,19 @@ TEST(BoundsStrings, SiblingsParentAndOwnEdgesResolveAndFollowResizes)
     parent.addAndMakeVisible(dialog);
     dialog.setBoundsString("(parent.width / 2) - (width / 2), -236, left+450, top+235");
     EXPECT_EQ(dialog.getBounds(), juce::Rectangle<int>(475, -236, 450, 235));
-}
 
-TEST(BoundsStrings, AMissingSiblingLeavesTheComponentAtTheOriginWithoutError)
-{
-    juce::ScopedJuceInitialiser_GUI gui;
-    juce::Component parent;
-    parent.setSize(500, 500);
+    // A missing sibling leaves the component at the origin without an error, also one that had
+    // a working string before (whose rule must not move it back), and also after a resize.
     SxComponent lost;
     parent.addAndMakeVisible(lost);
-    lost.setBoundsString("nobody.right + 10, 5, left + 20, top + 20");
-    EXPECT_EQ(lost.getPosition(), juce::Point<int>(0, 0));
+    lost.setTopLeftPosition(50, 50);
+    for (auto* c : { &lost, &dialog })
+    {
+        c->setBoundsString("nobody.right + 10, 5, left + 20, top + 20");
+        EXPECT_EQ(c->getPosition(), juce::Point<int>(0, 0));
+    }
+    parent.setSize(1200, 700);
+    EXPECT_EQ(dialog.getPosition(), juce::Point<int>(0, 0));
 }
 
 TEST(LayoutColumn, StacksRowsWithGapsKeepsCustomLeftAndSkipsHiddenRows)

@@ -30,47 +30,40 @@ int countAlertLayers(juce::Component& parent)
 }
 } // namespace
 
-TEST_F(Alert, ShowsCentredOverItsParentAndGoesAwayOnOK)
+TEST_F(Alert, ShowsCentredOverItsParentAndGoesAwayOnOKEscapeOrReturn)
 {
-    int closes = 0;
-    auto* alert = SxAlertComponent::show(parent, "ExceededLayers", "Too Many Layers",
+    auto* first = SxAlertComponent::show(parent, "ExceededLayers", "Too Many Layers",
                                          "Cannot add this as it will exceed the maximum number of layers.");
-    ASSERT_NE(alert, nullptr);
-    alert->onClose = [&closes] { ++closes; };
-    EXPECT_EQ(SxAlertComponent::findIn(parent), alert);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(SxAlertComponent::findIn(parent), first);
     ASSERT_EQ(countAlertLayers(parent), 1);
-
     // The dimming layer covers the parent, also after a resize; the panel stays centred on it.
-    auto* overlay = alert->getParentComponent();
-    EXPECT_EQ(overlay->getBounds(), parent.getLocalBounds());
-    EXPECT_EQ(alert->getBounds().getCentre(), parent.getLocalBounds().getCentre());
-    parent.setSize(800, 500);
-    EXPECT_EQ(overlay->getBounds(), parent.getLocalBounds());
-    EXPECT_EQ(alert->getBounds().getCentre(), parent.getLocalBounds().getCentre());
-
-    juce::Component::SafePointer<SxAlertComponent> watch(alert);
-    alert->getOKButton().triggerClick();
-    dispatch();
-    EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
-    EXPECT_EQ(countAlertLayers(parent), 0);
-    EXPECT_EQ(watch.getComponent(), nullptr); // deleted itself
-    EXPECT_EQ(closes, 1);
-}
-
-TEST_F(Alert, EscapeAndReturnCloseItAtOnceAndDeleteItAfterwards)
-{
-    for (const int keyCode : { juce::KeyPress::escapeKey, juce::KeyPress::returnKey })
+    for (const int width : { 1000, 800 })
     {
-        auto* alert = SxAlertComponent::show(parent, "saveError", "Could Not Save", "The file is read-only.");
+        parent.setSize(width, width - 300);
+        EXPECT_EQ(first->getParentComponent()->getBounds(), parent.getLocalBounds());
+        EXPECT_EQ(first->getBounds().getCentre(), parent.getLocalBounds().getCentre());
+    }
+
+    // The OK button, Escape and Return each close it once, and it deletes itself afterwards. The
+    // keys take it off the parent at once, so the program is usable again before the deletion.
+    for (const int keyCode : { 0, juce::KeyPress::escapeKey, juce::KeyPress::returnKey })
+    {
+        auto* alert = keyCode == 0 ? first : SxAlertComponent::show(parent, "saveError", "Could Not Save", "Read-only.");
         int closes = 0;
         alert->onClose = [&closes] { ++closes; };
         juce::Component::SafePointer<SxAlertComponent> watch(alert);
-        EXPECT_TRUE(alert->keyPressed(juce::KeyPress(keyCode)));
-        // Off the parent at once, so the program is usable again before the deletion happens.
+        if (keyCode == 0)
+            alert->getOKButton().triggerClick();
+        else
+        {
+            EXPECT_TRUE(alert->keyPressed(juce::KeyPress(keyCode)));
+            EXPECT_EQ(countAlertLayers(parent), 0);
+            EXPECT_EQ(closes, 1);
+        }
+        dispatch();
         EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
         EXPECT_EQ(countAlertLayers(parent), 0);
-        EXPECT_EQ(closes, 1);
-        dispatch();
         EXPECT_EQ(watch.getComponent(), nullptr);
         EXPECT_EQ(closes, 1);
     }
@@ -140,8 +133,9 @@ TEST_F(Alert, AQuestionTellsWhichAnswerClosedIt)
 {
     const juce::StringArray answers { "Save", "Don't Save", "Cancel" };
 
-    // Each button answers with its own index, once, and only then does onClose run.
-    for (int pick = 0; pick < answers.size(); ++pick)
+    // Each button answers with its own index, Return with the first and Escape with the last;
+    // each is told once, the answer after the close, when the question is off the screen.
+    for (int way = 0; way < 5; ++way)
     {
         std::vector<int> got;
         int closes = 0;
@@ -149,10 +143,13 @@ TEST_F(Alert, AQuestionTellsWhichAnswerClosedIt)
         ASSERT_EQ(alert->getNumAnswers(), 3);
         EXPECT_EQ(alert->getAnswerButton(3), nullptr);
         alert->onAnswer = [&got](int index) { got.push_back(index); };
-        alert->onClose = [&closes] { ++closes; };
-        alert->getAnswerButton(pick)->triggerClick();
+        alert->onClose = [&closes, &got] { closes += got.empty() ? 1 : 100; };
+        if (way < 3)
+            alert->getAnswerButton(way)->triggerClick();
+        else
+            alert->keyPressed(juce::KeyPress(way == 3 ? juce::KeyPress::returnKey : juce::KeyPress::escapeKey));
         dispatch();
-        EXPECT_EQ(got, std::vector<int>({ pick }));
+        EXPECT_EQ(got, std::vector<int>({ way < 3 ? way : way == 3 ? 0 : 2 })) << way;
         EXPECT_EQ(closes, 1);
         EXPECT_EQ(SxAlertComponent::findIn(parent), nullptr);
     }
@@ -165,15 +162,6 @@ TEST_F(Alert, AQuestionTellsWhichAnswerClosedIt)
     EXPECT_GT(b0.getX(), b1.getRight());
     EXPECT_GT(b1.getX(), b2.getRight());
     EXPECT_GE(b2.getX(), 0);
-
-    // Return takes the first answer, Escape the last.
-    std::vector<int> got;
-    alert->onAnswer = [&got](int index) { got.push_back(index); };
-    alert->keyPressed(juce::KeyPress(juce::KeyPress::escapeKey));
+    alert->close();
     dispatch();
-    alert = SxAlertComponent::ask(parent, "saveQuestion", "Save Project?", "Unsaved", answers);
-    alert->onAnswer = [&got](int index) { got.push_back(index); };
-    alert->keyPressed(juce::KeyPress(juce::KeyPress::returnKey));
-    dispatch();
-    EXPECT_EQ(got, std::vector<int>({ 2, 0 }));
 }

@@ -24,13 +24,25 @@ struct RecordingCallback : SxControlChangedCallback
     }
 };
 
+// A float field at one half, watched by the callback, as most owners bind their sliders.
+class SliderBinding : public ::testing::Test
+{
+protected:
+    SliderBinding() { callback.watched = &field; }
+    juce::ScopedJuceInitialiser_GUI gui;
+    float field = 0.5f;
+    RecordingCallback callback;
+};
+using LabelSlider = SliderBinding;
+using LabelSliderPro = SliderBinding;
+using SliderComposites = SliderBinding;
+
 } // namespace
 
 TEST(SliderText, TypedTextReadsThroughTheRangeAndSuffix)
 {
     juce::ScopedJuceInitialiser_GUI gui;
     SxSliderBase slider;
-    slider.setTextValueSuffix("%");
     struct Row
     {
         double low, high;
@@ -64,7 +76,6 @@ TEST(SliderText, ShownValuesAreWholeNumbersWithHalvesRoundedToEven)
 {
     juce::ScopedJuceInitialiser_GUI gui;
     SxSliderBase slider;
-    slider.setTextValueSuffix("%");
     struct Row
     {
         double low, high, value;
@@ -98,14 +109,9 @@ TEST(SliderText, ShownValuesAreWholeNumbersWithHalvesRoundedToEven)
     }
 }
 
-TEST(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
+TEST_F(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
-    float field = 0.5f;
-    RecordingCallback callback;
-    callback.watched = &field;
     SxLabelSlider control("strokeLengthSlider", "Taper Length", &field, &callback);
-
     EXPECT_EQ(control.getSlider()->getValue(), 0.5);
 
     control.getSlider()->setValue(0.3, juce::sendNotificationSync);
@@ -123,14 +129,21 @@ TEST(SliderBinding, AChangeWritesTheFloatFieldThenCallsBackOnce)
     // Setting the value it already has is no change.
     control.getSlider()->setValue(0.33, juce::sendNotificationSync);
     EXPECT_EQ(callback.controls.size(), 2u);
+
+    // update() shows the field without calling back; so does, once the message loop has run,
+    // a value set on the slider directly without notification.
+    field = 0.8f;
+    control.update();
+    EXPECT_NEAR(control.getSlider()->getValue(), 0.8, 1e-6);
+    EXPECT_EQ(control.getValueText(), "80%");
+    control.getSlider()->setValue(0.25, juce::dontSendNotification);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
+    EXPECT_EQ(control.getValueText(), "25%");
+    EXPECT_EQ(callback.controls.size(), 2u);
 }
 
-TEST(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
+TEST_F(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
-    float field = 0.5f;
-    RecordingCallback callback;
-    callback.watched = &field;
     SxLabelSlider control("colorizeSlider", "Colorize Detail", &field, &callback);
     auto& value = control.getValueLabel();
     const auto type = [&value](const juce::String& text) {
@@ -158,52 +171,24 @@ TEST(SliderBinding, TypingIntoTheValueTextSetsTheFieldThroughTheTextRules)
     EXPECT_EQ(control.getValueText(), "0%");
 }
 
-TEST(SliderBinding, AByteFieldTakesTheWholeNumber)
+TEST_F(SliderBinding, AByteFieldTakesTheWholeNumber)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
-    std::uint8_t field = 0;
-    RecordingCallback callback;
-    SxSlider control("opacity", &field, &callback);
+    std::uint8_t byte = 0;
+    SxSlider control("opacity", &byte, &callback);
     control.getSlider()->setRange(0.0, 255.0, 1.0);
     control.getSlider()->setValue(200.0, juce::sendNotificationSync);
-    EXPECT_EQ(field, 200);
+    EXPECT_EQ(byte, 200);
     control.getSlider()->setValue(77.6, juce::sendNotificationSync); // the step makes it 78
-    EXPECT_EQ(field, 78);
-    EXPECT_EQ(callback.controls.size(), 2u);
-
-    field = 17;
+    EXPECT_EQ(byte, 78);
+    byte = 17;
     control.update();
     EXPECT_EQ(control.getSlider()->getValue(), 17.0);
     EXPECT_EQ(callback.controls.size(), 2u);
 }
 
-TEST(SliderBinding, UpdateMovesTheSliderWithoutCallingBack)
+TEST_F(SliderBinding, DoubleClickReturnsToTheOwnersValue)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
-    float field = 0.5f;
-    RecordingCallback callback;
-    SxLabelSlider control("saturationSlider", "Color Boost", &field, &callback);
-    field = 0.8f;
-    control.update();
-    EXPECT_NEAR(control.getSlider()->getValue(), 0.8, 1e-6);
-    EXPECT_EQ(control.getValueText(), "80%");
-    EXPECT_TRUE(callback.controls.empty());
-    EXPECT_FLOAT_EQ(field, 0.8f); // and nothing was written back
-
-    // A value set on the slider directly without notification reaches the value text as well,
-    // once the message loop has run.
-    control.getSlider()->setValue(0.25, juce::dontSendNotification);
-    juce::MessageManager::getInstance()->runDispatchLoopUntil(20);
-    EXPECT_EQ(control.getValueText(), "25%");
-    EXPECT_TRUE(callback.controls.empty());
-}
-
-TEST(SliderBinding, DoubleClickReturnsToTheOwnersValue)
-{
-    juce::ScopedJuceInitialiser_GUI gui;
-    float field = 0.9f;
-    RecordingCallback callback;
-    callback.watched = &field;
+    field = 0.9f;
     SxSlider control("contrastSlider", &field, &callback);
     control.setSize(200, 20);
     control.update();
@@ -219,11 +204,9 @@ TEST(SliderBinding, DoubleClickReturnsToTheOwnersValue)
     EXPECT_FLOAT_EQ(callback.fieldAtCall[0], 0.5f);
 }
 
-TEST(LabelSlider, StacksInAColumnAndALongerNamePushesTheSliderRight)
+TEST_F(LabelSlider, StacksInAColumnAndALongerNamePushesTheSliderRight)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
     float lighten = 0.2f, contrast = 0.7f;
-    RecordingCallback callback;
     SxLabelSlider first("lightenSlider", "Lighten", &lighten, &callback);
     SxLabelSlider second("contrastSlider", "Contrast", &contrast, &callback);
 
@@ -254,12 +237,8 @@ TEST(LabelSlider, StacksInAColumnAndALongerNamePushesTheSliderRight)
     EXPECT_TRUE(callback.controls.empty());
 }
 
-TEST(LabelSliderPro, TheNumberEditsThroughTheTextRulesAndFollowsTheSlider)
+TEST_F(LabelSliderPro, TheNumberEditsThroughTheTextRulesAndFollowsTheSlider)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
-    float field = 0.5f;
-    RecordingCallback callback;
-    callback.watched = &field;
     SxLabelSliderPro control("detailSlider", "Detail", &field, &callback);
     control.setSize(220, SxLabelSliderPro::rowHeight);
     auto& number = control.getNumber();
@@ -295,12 +274,10 @@ TEST(LabelSliderPro, TheNumberEditsThroughTheTextRulesAndFollowsTheSlider)
     EXPECT_EQ(callback.controls.size(), 2u);
 }
 
-TEST(SliderComposites, EachSliderWritesItsOwnFieldAndSignedTextReads)
+TEST_F(SliderComposites, EachSliderWritesItsOwnFieldAndSignedTextReads)
 {
-    juce::ScopedJuceInitialiser_GUI gui;
     float a = 0.1f, b = 0.2f, c = 0.3f, tilt = 0.0f;
     juce::Colour tint = juce::Colours::red;
-    RecordingCallback callback;
     SxLabelThreeSliders three("rgb", "Red", "Green", "Blue", &a, &b, &c, &callback);
     juce::Component panel;
     panel.setSize(300, 100);
